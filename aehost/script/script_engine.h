@@ -1,0 +1,53 @@
+// The host's ExtendScript engine: the dialect of After Effects' scripts over an
+// embedded Duktape heap. One ScriptContext is one scripting environment of the
+// host; like the host's own engine it keeps its globals from one script to the
+// next, so a function defined by one script may be called by a later one.
+#pragma once
+
+#include "aehost/script/script_user.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace aehost {
+
+// Bounds on one run. A script that exceeds them is stopped with an error and the
+// scripting environment is thrown away (a fresh one is made for the next run);
+// the host itself goes on. The time bound counts wall time of script code, not of
+// the user's answers, which are immediate in a headless host.
+struct ScriptLimits {
+    unsigned timeLimitMs = 10000;
+    std::size_t memoryLimitBytes = std::size_t{512} << 20;
+};
+
+struct ScriptHeap;  // the Duktape heap and its bindings, made on first use
+
+struct ScriptContext {
+    ScriptContext();
+    ~ScriptContext();
+    ScriptContext(const ScriptContext&) = delete;
+    ScriptContext& operator=(const ScriptContext&) = delete;
+
+    ScriptUser* user = nullptr;  // answers the dialogs; null: every dialog is cancelled
+    // Every line that the script shows the user (alert) or writes to the console
+    // ($.writeln); the default writes it to standard error.
+    std::function<void(std::string_view line)> report;
+    // Where `#include` and $.evalFile look for a relative path; empty: the working folder.
+    std::string includeFolder;
+    ScriptLimits limits;
+
+    std::unique_ptr<ScriptHeap> heap;
+};
+
+// Runs ExtendScript text. On success `result` gets the value of the script's last
+// expression as text (undefined gives "undefined", an array its elements joined by
+// commas, as the host prints them) and true is returned. On failure `error` gets
+// the message with its line ("Error: ... (line 3)"), `result` is emptied and false
+// is returned. Either output may be null.
+bool RunScript(ScriptContext& context, const std::string& source, std::string* result,
+               std::string* error);
+
+}  // namespace aehost
