@@ -1,0 +1,69 @@
+// The host's project: folders, footage (files, sequences, solids) and
+// compositions with their layers.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "aehost/model/layer.h"
+
+namespace aehost {
+
+// Numbered like the host's AEGP_ItemType.
+enum class ItemKind : int { Folder = 1, Composition = 2, Footage = 4 };
+
+enum class FootageKind { File, Sequence, Solid };
+
+struct Footage {
+  FootageKind kind = FootageKind::File;
+  std::string path;        // the file, or the first file of a sequence
+  int fileCount = 1;       // number of files of a sequence; 1 otherwise
+  std::string proxyPath;   // empty: no proxy
+  Value color;             // solids: red, green, blue, alpha in 0..1
+  bool operator==(const Footage&) const = default;
+};
+
+struct Composition {
+  double displayStart = 0.0;   // seconds
+  double workAreaStart = 0.0;  // seconds, composition time
+  double workAreaDuration = 0.0;
+  Value background;            // red, green, blue, alpha
+  std::vector<Marker> markers;
+  std::vector<std::unique_ptr<Layer>> layers;  // top of the timeline first
+};
+
+// Folders, footage and compositions share one record; `kind` says which of
+// `footage` and `comp` means something.
+struct Item {
+  int id = 0;                // unique in the project; 0 is the root folder
+  ItemKind kind = ItemKind::Folder;
+  std::string name;
+  int folderId = 0;          // the folder holding this item
+  int width = 0;             // pixels; footage and compositions
+  int height = 0;
+  double pixelAspect = 1.0;
+  double duration = 0.0;     // seconds; 0 for stills and solids
+  double frameRate = 0.0;    // frames per second, e.g. 30000.0 / 1001.0; 0 for stills and solids
+  Footage footage;
+  Composition comp;
+};
+
+constexpr int kRootFolderId = 0;
+
+struct Project {
+  std::string path;          // empty: never saved
+  // items[0] is the root folder; the rest keeps its order of creation.
+  std::vector<std::unique_ptr<Item>> items;
+  int nextItemId = 1;
+  int nextLayerId = 1;
+};
+
+Project NewProject();  // an empty project with its root folder
+
+Item* FindItem(const Project& project, int id);
+Layer* FindLayer(const Item& comp, int layerId);
+// The composition that holds a layer, or null.
+Item* FindLayerComp(const Project& project, const Layer& layer);
+
+}  // namespace aehost

@@ -1,0 +1,28 @@
+// The JSON project description: reading and writing (see aehost/PROJECT_FORMAT.md).
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "aehost/model/project.h"
+
+namespace aehost {
+
+constexpr int kProjectFormatVersion = 1;
+
+// A description that is refused: `what()` names the file, the JSON path
+// (e.g. "comps[0].layers[2].transform.position.keys[1].time") and the problem.
+class ProjectFormatError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+Project ReadProject(const std::string& jsonText, const std::string& sourceName);
+Project LoadProjectFile(const std::string& path);
+
+// The canonical form: two-space indentation, keys sorted, values
+// that equal their defaults left out, numbers as short as they read back.
+std::string WriteProject(const Project& project);
+void SaveProjectFile(const Project& project, const std::string& path);
+
+}  // namespace aehost
