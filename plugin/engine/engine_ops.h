@@ -1,0 +1,533 @@
+// The one declaration of what the engine offers: opaque scene types, the value
+// objects whose storage the caller provides, the 37 tables of operations in the
+// order in which the engine hands them over, the extension libraries found by id,
+// and the entry points by which the engine is started, tested and shut down.
+// The plug-in reaches the engine only through these tables; the engine
+// implements exactly this header.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "plugin/engine/engine_values.h"
+
+// ---------------------------------------------------------------------------
+// Opaque scene types. Pointers only; no field is ever read by the caller.
+// They derive from SceneNode so that a BaseObject* passes where a node is asked.
+struct SceneNode {
+  SceneNode() = delete;
+};
+struct BaseDocument : SceneNode {};
+struct BaseObject : SceneNode {};
+struct BaseTag : SceneNode {};
+struct Material : SceneNode {};
+struct BaseShader : SceneNode {};
+struct SceneLayer : SceneNode {};      // an entry of the document's layer list
+struct RenderData : SceneNode {};      // a render settings node
+struct TimelineMarker : SceneNode {};  // an entry of the document's marker list
+struct AnimTrack : SceneNode {};
+struct AnimCurve : SceneNode {};
+struct AnimKey : SceneNode {};
+struct BaseView;        // an editor view of a document
+struct SceneFile;       // an open binary scene file
+struct LinkHolder;      // a link from a value to a node
+struct ExtensionRecord; // what FindExtension gives
+
+// ---------------------------------------------------------------------------
+// Value objects: the caller provides the storage, the engine constructs,
+// fills and destructs them.
+
+// One typed value. Whole numbers (kind 15) live in payload.int32, floats
+// (kind 19) in payload.float64: a caller may set those two kinds itself. Every
+// other kind points into engine memory and is handled by table Gd. Kind 0 is
+// the empty value.
+struct DataValue {
+  int32_t kind;
+  int32_t reserved;
+  union {
+    int32_t int32;
+    int64_t int64;
+    double float64;
+    void* object;
+  } payload;
+};
+static_assert(sizeof(DataValue) == 16, "DataValue is one 32-bit kind and one 64-bit payload");
+
+// Kinds of DataValue beyond the numbered ones of the scene identifiers.
+constexpr int32_t DataKind_Empty = 0;
+constexpr int32_t DataKind_Bool = 400007001;
+constexpr int32_t DataKind_Int64 = 400007002;
+constexpr int32_t DataKind_Filename = 400007003;
+constexpr int32_t DataKind_Link = 400007004;
+
+// A reference-counted UTF-16 text; an empty one may hold a null impl.
+struct EngineString {
+  void* impl;
+};
+
+// A path; an empty one may hold a null impl.
+struct Filename {
+  void* impl;
+};
+
+// One level of a parameter path. Levels are equal when id is equal and,
+// where both are non-zero, kind and creator are equal.
+struct ParamLevel {
+  int32_t id;
+  int32_t kind;
+  int32_t creator;
+};
+
+// The path of a parameter. A constant path is written in place as a pointer
+// to a static array and a count, with capacity 0: the engine never frees
+// levels it does not own (capacity > 0 after ParamIdAssign).
+struct ParamId {
+  const ParamLevel* levels;
+  int32_t count;
+  int32_t capacity;
+};
+
+// A map from a 32-bit id to a DataValue. A local one is made with
+// InitContainer and destructed with FreeContainer; the one that
+// GetDataInstance gives belongs to its node.
+struct ParamContainer {
+  void* impl;
+  int32_t id;
+  int32_t reserved;
+};
+
+// ---------------------------------------------------------------------------
+// Engine constants the callers pass or test.
+constexpr int32_t kSceneFileIdent = 0x4F525936;  // "ORY6", big-endian characters
+constexpr int32_t kSceneFileModeRead = 1;
+constexpr int32_t kSceneFileModeWrite = 2;
+constexpr int32_t kStringEncodingLatin1 = 1;
+constexpr int32_t kStringEncodingUtf8 = 4;
+constexpr int32_t kTrackKindFloat = 1;
+constexpr int32_t kExtensionLookupLevel = 17;
+constexpr uint32_t kInfoBitFromCache = 0x200;
+constexpr uint32_t kInfoBitTrackOff = 0x20000;
+constexpr int32_t kNodeBitDocumentLayers = 32;  // on a document: a layer with LayerParam_DocumentBit was inserted
+constexpr int32_t kNodeBitKeySelected = 41;     // on a key
+constexpr int32_t kNodeBitKeyBreak = 46;        // on a key
+constexpr int32_t kQuillonApiVersion = 2024200;
+
+// ---------------------------------------------------------------------------
+// The 37 tables. Each lists its operations in the table's own order.
+
+struct ORYOS_Ge {
+  bool (*FileExists)(const Filename* file, int32_t reserved);
+  const ExtensionRecord* (*FindExtension)(int32_t id, int32_t level, const void** cacheSlot);
+  // table gets the library's table of functions; libraryId and tableSize
+  // repeat its two leading 32-bit words.
+  bool (*GetExtensionTable)(const ExtensionRecord* record, const void** table, int32_t* libraryId,
+                            int32_t* tableSize);
+  void (*Sleep)(int32_t milliseconds);
+  // Replaces the document's content with the file's; error gets a message.
+  bool (*LoadFileIntoDocument)(BaseDocument* document, const Filename* file, int32_t flags, void* reserved1,
+                               void* reserved2, EngineString* error);
+};
+
+struct ORYOS_Sh {};
+
+struct ORYOS_Hf {
+  bool (*Open)(SceneFile* file, int32_t ident, const Filename* path, int32_t mode, int32_t reserved);
+  bool (*Close)(SceneFile* file);
+  SceneFile* (*AllocSceneFile)();
+  void (*FreeSceneFile)(SceneFile* file);
+};
+
+struct ORYOS_Bc {
+  void (*InitContainer)(ParamContainer* container, int32_t id, int32_t reserved);
+  void (*FreeContainer)(ParamContainer* container);
+  void (*SetBool)(ParamContainer* container, int32_t id, bool value);
+  void (*SetInt32)(ParamContainer* container, int32_t id, int32_t value);
+  void (*SetString)(ParamContainer* container, int32_t id, const EngineString* value);
+  int32_t (*FindIndex)(const ParamContainer* container, int32_t id, int32_t reserved);
+  SceneNode* (*GetLink)(const ParamContainer* container, int32_t id, const BaseDocument* document, int32_t reserved);
+  void (*SetLink)(ParamContainer* container, int32_t id, SceneNode* target);
+  DataValue* (*GetData)(ParamContainer* container, int32_t id);
+  void (*InsertData)(ParamContainer* container, int32_t id, const DataValue* value);
+  void (*SetDataAt)(ParamContainer* container, int32_t id, const DataValue* value);
+  void (*SetCustomData)(ParamContainer* container, int32_t id, const DataValue* value);
+  void (*SetInt64)(ParamContainer* container, int32_t id, int64_t value);
+  int64_t (*GetInt64)(const ParamContainer* container, int32_t id, int64_t fallback);
+  double (*GetFloat)(const ParamContainer* container, int32_t id, double fallback);
+  bool (*GetBool)(const ParamContainer* container, int32_t id, bool fallback);
+  int32_t (*GetInt32)(const ParamContainer* container, int32_t id, int32_t fallback);
+  EngineString* (*GetString)(const ParamContainer* container, EngineString* out, int32_t id,
+                             const EngineString* fallback);
+  BaseTime* (*GetTime)(const ParamContainer* container, BaseTime* out, int32_t id, const BaseTime* fallback);
+};
+
+struct ORYOS_St {
+  // length -1 reads up to the terminating zero.
+  void (*SetCString)(EngineString* string, const char* text, int32_t length, int32_t encoding);
+  bool (*FindFirst)(const EngineString* string, const EngineString* needle, int32_t* position, int32_t start);
+  void (*Delete)(EngineString* string, int32_t start, int32_t count);
+  // start -1 and count -1 insert all of other; position = length appends.
+  void (*Insert)(EngineString* string, int32_t position, const EngineString* other, int32_t start, int32_t count);
+  void (*SubString)(const EngineString* string, EngineString* out, int32_t start, int32_t count);
+  int32_t (*GetCStringLength)(const EngineString* string, int32_t encoding);
+  void (*GetCString)(const EngineString* string, char* buffer, int32_t size, int32_t encoding);
+  int32_t (*Compare)(const EngineString* a, const EngineString* b);
+  bool (*FindChar)(const EngineString* string, char16_t unit, int32_t* position, int32_t start);
+  // The core framework's operations on the same values.
+  int32_t (*GetLength)(const EngineString* string);
+  void (*Retain)(const EngineString* string);
+  // Drops one reference and leaves the value empty.
+  void (*Release)(EngineString* string);
+  char16_t (*GetUnit)(const EngineString* string, int32_t index);
+  void (*SetUnit)(EngineString* string, int32_t index, char16_t unit);
+  void (*FromCString)(EngineString* out, const char* text, int32_t encoding);
+  void (*FromUtf16)(EngineString* out, const char16_t* units, int32_t count);
+};
+
+struct ORYOS_Bm {};
+struct ORYOS_Ms {};
+
+struct ORYOS_Ba {
+  BaseShader* (*AllocShader)(int32_t type);
+};
+
+struct ORYOS_Fn {
+  bool (*IsFilled)(const Filename* file);
+  void (*GetString)(EngineString* out, const Filename* file);
+  void (*SetString)(Filename* file, const EngineString* path);
+  void (*GetDirectory)(Filename* out, const Filename* file);
+  void (*GetFile)(Filename* out, const Filename* file);
+  void (*SetSuffix)(Filename* file, const char* suffix);
+  bool (*CheckSuffix)(const Filename* file, const char* suffix);
+  void (*SetFile)(Filename* file, const Filename* leaf);
+  bool (*FilenameEquals)(const Filename* a, const Filename* b);
+  void (*FilenameInit)(Filename* file);
+  void (*FilenameFree)(Filename* file);
+  void (*FilenameCopy)(const Filename* source, Filename* destination);
+  void (*SetFromCString)(Filename* file, const char* path);
+};
+
+struct ORYOS_Fl {};
+struct ORYOS_Bf {};
+struct ORYOS_Cd {};
+struct ORYOS_Cu {};
+struct ORYOS_Pr {};
+
+struct ORYOS_Lr {
+  // Releases what the engine holds on behalf of the module record given at start.
+  void (*FreeModuleResources)(void* moduleRecord);
+};
+
+struct ORYOS_Bl {
+  int32_t (*GetNodeType)(const SceneNode* node);
+  uint32_t (*GetInfoBits)(const SceneNode* node);
+  void (*FreeNode)(SceneNode* node);
+  bool (*WriteNode)(const BaseDocument* document, SceneFile* file);
+  ParamContainer* (*GetDataInstance)(SceneNode* node);
+  SceneLayer* (*GetSceneLayer)(const SceneNode* node, const BaseDocument* document);
+  void (*SetLayer)(SceneNode* node, SceneLayer* layer);
+  AnimTrack* (*FindTrack)(const SceneNode* node, const ParamId* id);
+  void (*InsertTrack)(SceneNode* node, AnimTrack* track);
+};
+
+struct ORYOS_Tg {
+  BaseTag* (*AllocTag)(int32_t type, int32_t reserved);
+  void* (*GetDataAddress)(BaseTag* tag);
+};
+
+struct ORYOS_Bo {
+  BaseObject* (*AllocObject)(int32_t type);
+  BaseObject* (*AllocSpline)(int32_t pointCount, int32_t splineKind);
+  void (*GetPosition)(const BaseObject* object, Vector* out);
+  void (*SetPosition)(BaseObject* object, const Vector* value);
+  void (*GetScale)(const BaseObject* object, Vector* out);
+  void (*SetScale)(BaseObject* object, const Vector* value);
+  void (*GetRotation)(const BaseObject* object, Vector* out);
+  void (*SetRotation)(BaseObject* object, const Vector* value);
+  const Matrix* (*GetLocalMatrix)(BaseObject* object);
+  void (*SetLocalMatrix)(BaseObject* object, const Matrix* value);
+  void (*GetGlobalMatrix)(const BaseObject* object, Matrix* out);
+  void (*SetGlobalMatrix)(BaseObject* object, const Matrix* value);
+  void (*SetOffsetPosition)(BaseObject* object, const Vector* value);
+  void (*SetMode)(BaseObject* object, int32_t which, int32_t mode);
+  BaseTag* (*GetTag)(const BaseObject* object, int32_t tagType, int32_t index);
+  void* (*GetTagData)(BaseObject* object, int32_t tagType, int32_t index);
+  int32_t (*GetTagDataCount)(const BaseObject* object, int32_t tagType);
+  void (*InsertTag)(BaseObject* object, BaseTag* tag, BaseTag* predecessor);
+  BaseObject* (*GetGeneratorCache)(const BaseObject* object);
+  BaseObject* (*GetDeformCache)(const BaseObject* object);
+  void (*ResizeSpline)(BaseObject* spline, int32_t pointCount, int32_t segmentCount);
+  void (*ReleaseCacheCheck)(BaseObject* object);
+  void (*SetRotationOrder)(BaseObject* object, int32_t order);
+  int32_t (*GetRotationOrder)(const BaseObject* object);
+};
+
+struct ORYOS_Bd {
+  RenderData* (*AllocRenderData)();
+  BaseDocument* (*AllocDocument)();
+  BaseObject* (*GetFirstObject)(const BaseDocument* document);
+  Material* (*GetFirstMaterial)(const BaseDocument* document);
+  RenderData* (*GetFirstSettings)(const BaseDocument* document);
+  void (*InsertMaterial)(BaseDocument* document, Material* material, Material* predecessor, int32_t reserved);
+  void (*InsertObject)(BaseDocument* document, BaseObject* object, BaseObject* parent, BaseObject* predecessor,
+                       int32_t reserved, int32_t undo);
+  RenderData* (*GetActiveSettings)(const BaseDocument* document);
+  BaseView* (*GetActiveView)(const BaseDocument* document);
+  BaseView* (*GetRenderView)(const BaseDocument* document);
+  SceneLayer* (*AllocLayer)();
+  SceneNode* (*GetLayerRoot)(BaseDocument* document);
+  void (*InsertSettings)(BaseDocument* document, RenderData* settings);
+  int32_t (*GetViewCount)(const BaseDocument* document);
+  bool (*EvaluateDocument)(BaseDocument* document, int32_t thread, int32_t animation, int32_t expressions,
+                           int32_t caches, int32_t flags);
+};
+
+struct ORYOS_Bt {};
+
+struct ORYOS_Mt {
+  Material* (*AllocMaterial)(int32_t type);
+};
+
+struct ORYOS_Tx {};
+struct ORYOS_Bs {};
+struct ORYOS_Bu {};
+
+struct ORYOS_Br {
+  BaseObject* (*GetViewCamera)(const BaseView* view);
+  BaseObject* (*GetSceneCamera)(const BaseView* view, const BaseDocument* document);
+  void (*SetSceneCamera)(BaseView* view, BaseObject* camera, int32_t reserved);
+};
+
+struct ORYOS_Bv {};
+struct ORYOS_Nb {};
+struct ORYOS_Pl {};
+struct ORYOS_Fi {};
+struct ORYOS_Pa {};
+
+struct ORYOS_Ln {
+  LinkHolder* (*AllocLinkHolder)();
+  void (*FreeLinkHolder)(LinkHolder* holder);
+  void (*SetLinkTarget)(LinkHolder* holder, SceneNode* target);
+  SceneNode* (*GetLinkTarget)(const LinkHolder* holder);
+  SceneNode* (*GetLinkTargetIn)(const LinkHolder* holder, const BaseDocument* document, int32_t reserved);
+};
+
+struct ORYOS_Gv {};
+
+struct ORYOS_Gd {
+  void (*Free)(DataValue* value);
+  bool (*Equals)(const DataValue* a, const DataValue* b);
+  int32_t (*GetKind)(const DataValue* value);
+  void (*Copy)(DataValue* destination, const DataValue* source, int32_t reserved);
+  void (*SetInt32)(DataValue* value, int32_t number);
+  void (*SetFloat)(DataValue* value, double number);
+  void (*SetVector)(DataValue* value, const Vector* vector);
+  void (*SetString)(DataValue* value, const EngineString* string);
+  void (*SetFilename)(DataValue* value, const Filename* file);
+  void (*SetTime)(DataValue* value, const BaseTime* time);
+  void (*SetLinkHolder)(DataValue* value, const LinkHolder* holder);
+  int32_t (*GetInt32)(const DataValue* value);
+  double (*GetFloat)(const DataValue* value);
+  const Vector* (*GetVector)(const DataValue* value);
+  const EngineString* (*GetString)(const DataValue* value);
+  const BaseTime* (*GetTime)(const DataValue* value);
+  const LinkHolder* (*GetLinkHolder)(const DataValue* value);
+  void* (*GetCustomData)(DataValue* value, int32_t kind);
+  const void* (*GetCustomDataConst)(const DataValue* value, int32_t kind);
+  void (*InitCustomData)(DataValue* value, int32_t kind);
+  bool (*IsEmpty)(const DataValue* value);
+  // Kinds that the operations above do not reach.
+  void (*SetBool)(DataValue* value, bool flag);
+  bool (*GetBool)(const DataValue* value);
+  void (*SetInt64)(DataValue* value, int64_t number);
+  int64_t (*GetInt64)(const DataValue* value);
+  const Filename* (*GetFilename)(const DataValue* value);
+};
+
+struct ORYOS_At {
+  int32_t (*GetType)(const SceneNode* node);
+  bool (*GetParameter)(const SceneNode* node, const ParamId* id, DataValue* out, int32_t flags);
+  bool (*SetParameter)(SceneNode* node, const ParamId* id, const DataValue* value, int32_t flags);
+  SceneNode* (*GetNext)(const SceneNode* node);
+  SceneNode* (*GetUp)(const SceneNode* node);
+  SceneNode* (*GetDown)(const SceneNode* node);
+  void (*InsertAfter)(SceneNode* node, SceneNode* predecessor);
+  void (*InsertUnder)(SceneNode* node, SceneNode* parent);
+  void (*InsertUnderLast)(SceneNode* node, SceneNode* parent);
+  void (*Remove)(SceneNode* node);
+  BaseDocument* (*GetDocument)(const SceneNode* node);
+  SceneNode* (*GetFirstUnderRoot)(const SceneNode* root);
+  void (*InsertUnderRoot)(SceneNode* root, SceneNode* node);
+  void (*GetName)(const SceneNode* node, EngineString* out);
+  void (*SetName)(SceneNode* node, const EngineString* name, bool notify);
+  void (*InsertShader)(SceneNode* material, BaseShader* shader, BaseShader* predecessor);
+  void (*SetBitFlag)(SceneNode* node, int32_t bit, bool on);
+  // Additions of the engine beside what export and import call.
+  bool (*GetBitFlag)(const SceneNode* node, int32_t bit);
+  SceneNode* (*GetPrev)(const SceneNode* node);
+};
+
+struct ORYOS_CA {
+  void (*GetKeyTime)(const AnimKey* key, BaseTime* out);
+  double (*GetKeyValue)(const AnimKey* key);
+  void (*SetKeyValue)(AnimKey* key, AnimCurve* curve, double value);
+  void (*SetKeyData)(AnimKey* key, AnimCurve* curve, const DataValue* value);
+  DataValue* (*GetKeyData)(AnimKey* key);
+  int32_t (*GetKeyCount)(const AnimCurve* curve);
+  AnimKey* (*GetKey)(const AnimCurve* curve, int32_t index);
+  AnimKey* (*FindKey)(const AnimCurve* curve, const BaseTime* time, int32_t* index, int32_t reserved);
+  AnimTrack* (*AllocTrack)(SceneNode* node, const ParamId* id);
+  AnimCurve* (*GetCurve)(AnimTrack* track, int32_t which, bool create);
+  double (*GetCurveValue)(const AnimTrack* track, const BaseDocument* document, const BaseTime* time, int32_t flags);
+  bool (*FillKey)(AnimTrack* track, const BaseDocument* document, const SceneNode* node, AnimKey* key);
+  int32_t (*GetTrackKind)(const AnimTrack* track);
+  AnimKey* (*AddKey)(AnimCurve* curve, const BaseTime* time, void* reserved1, int32_t reserved2, int32_t reserved3);
+  void (*DeleteKey)(AnimCurve* curve, int32_t index, int32_t reserved1, int32_t reserved2);
+  // Additions of the engine beside what export and import call.
+  void (*GetTrackParamId)(const AnimTrack* track, ParamId* out);
+  SceneNode* (*GetFirstTrack)(const SceneNode* node);
+};
+
+struct ORYOS_Ne {};
+struct ORYOS_FL {};
+
+// ---------------------------------------------------------------------------
+// The API record that the engine hands over.
+
+enum EngineTableIndex : int32_t {
+  Table_Ge, Table_Sh, Table_Hf, Table_Bc, Table_St, Table_Bm, Table_Ms, Table_Ba, Table_Fn, Table_Fl,
+  Table_Bf, Table_Cd, Table_Cu, Table_Pr, Table_Lr, Table_Bl, Table_Tg, Table_Bo, Table_Bd, Table_Bt,
+  Table_Mt, Table_Tx, Table_Bs, Table_Bu, Table_Br, Table_Bv, Table_Nb, Table_Pl, Table_Fi, Table_Pa,
+  Table_Ln, Table_Gv, Table_Gd, Table_At, Table_CA, Table_Ne, Table_FL,
+  kEngineTableCount
+};
+static_assert(kEngineTableCount == 37, "the engine hands over 37 tables");
+
+// The two-letter names, in table order, for diagnostics.
+inline constexpr const char* kEngineTableNames[kEngineTableCount] = {
+    "Ge", "Sh", "Hf", "Bc", "St", "Bm", "Ms", "Ba", "Fn", "Fl", "Bf", "Cd", "Cu", "Pr", "Lr", "Bl", "Tg", "Bo", "Bd",
+    "Bt", "Mt", "Tx", "Bs", "Bu", "Br", "Bv", "Nb", "Pl", "Fi", "Pa", "Ln", "Gv", "Gd", "At", "CA", "Ne", "FL"};
+
+struct QuillonApi {
+  int32_t version;
+  int32_t padding;
+  const void* tables[kEngineTableCount];
+};
+
+// ---------------------------------------------------------------------------
+// Extension libraries. A library's table begins with two 32-bit words, its id
+// and its size in bytes; entry n is the n-th function pointer behind them. An
+// entry beyond the size, or a null entry, counts as absent.
+
+struct ExtensionHeader {
+  int32_t id;
+  int32_t size;
+};
+
+constexpr int32_t kExtensionParamId = 1000467;
+constexpr int32_t kExtensionPriority = 1009364;
+constexpr int32_t kExtensionFont = 1009371;
+constexpr int32_t kExtensionSplineKey = 100004811;
+constexpr int32_t kExtensionInstance = 431000180;
+constexpr int32_t kExtensionMarkers = 465001534;
+
+struct ParamIdLibrary {
+  ExtensionHeader header;
+  void (*ParamIdInit)(ParamId* id);
+  void (*ParamIdFree)(ParamId* id);
+  void (*ParamIdAssign)(ParamId* id, const ParamLevel* levels, int32_t count);
+};
+
+struct PriorityLibrary {
+  ExtensionHeader header;
+  // payload from GetCustomData(value, DataKind_Priority).
+  bool (*SetPriorityEntry)(void* payload, int32_t index, const DataValue* value);
+};
+
+struct FontLibrary {
+  ExtensionHeader header;
+  void* unused[36];
+  // Entry 36: fills a font payload (GetCustomData(value, DataKind_Font)) from a
+  // container of font description entries.
+  bool (*SetFontFromContainer)(void* payload, const ParamContainer* description);
+};
+
+struct SplineKeyLibrary {
+  ExtensionHeader header;
+  void* unused[33];
+  // Entry 33: the point and tangent tags inside a spline key payload
+  // (GetCustomData(value, DataKind_SplineKey)); their arrays by GetDataAddress.
+  bool (*GetSplineKeyTags)(void* payload, BaseTag** points, BaseTag** tangents);
+};
+
+struct InstanceLibrary {
+  ExtensionHeader header;
+  void* unused[7];
+  // Entry 7: object becomes an instance of reference; result tells success.
+  void (*SetInstanceReference)(BaseObject* object, bool* result, BaseObject* reference);
+};
+
+struct MarkerLibrary {
+  ExtensionHeader header;
+  TimelineMarker* (*GetFirstMarker)(const BaseDocument* document);
+  // A null predecessor puts the marker first.
+  TimelineMarker* (*AddMarker)(BaseDocument* document, TimelineMarker* predecessor, const BaseTime* time,
+                               const EngineString* name, const Vector* colour, const BaseTime* length,
+                               int32_t reserved);
+};
+
+// Element layouts of the variable tags of a spline (GetTagData, GetDataAddress).
+struct SplineTangent {
+  Vector left;   // relative to the point
+  Vector right;  // relative to the point
+};
+struct SplineSegment {
+  int32_t count;
+  uint8_t closed;
+  uint8_t reserved[3];
+};
+static_assert(sizeof(SplineSegment) == 8, "a segment element takes 8 bytes");
+
+// ---------------------------------------------------------------------------
+// Start and end. The engine exports the three C entry points; the program
+// exports quillon::ory_main, which the engine calls when its start is done.
+// The module record given to QuillonInitialize (the program's g_vantor) must be
+// data of the program's own image: the engine looks up quillon::ory_main in
+// the library that holds that address.
+
+// Pointers to zero-terminated UTF-16 strings.
+struct QuillonArguments {
+  char16_t** items;
+  int64_t count;
+  int64_t capacity;
+};
+
+// One method of the core framework that the program replaces for the time
+// after the engine has gone.
+struct QuillonOverride {
+  uint64_t interfaceId[2];
+  const char* methodName;
+  void* function;
+};
+
+struct QuillonOverrideBlock {
+  QuillonOverride* items;
+  int64_t count;
+};
+
+using QuillonInitializeFunc = bool (*)(void* moduleRecord, const char* startText, const char16_t* path,
+                                       const char16_t* secondPath, const QuillonArguments* args);
+using IsQuillonInitializedFunc = bool (*)(const QuillonApi** record);
+using QuillonShutdownFunc = bool (*)(const QuillonOverrideBlock* overrides, void* moduleRecord, bool keepRunning);
+
+// Actions of ory_main.
+constexpr int32_t kOryMainStart = 1;
+constexpr int32_t kOryMainPluginStart = 2;
+constexpr int32_t kOryMainEnd = 3;
+constexpr int32_t kOryMainQuery = 4;
+constexpr int32_t kOryMainPluginMessage = 6;
+
+namespace quillon {
+// p1 is the API record on start; p3 the engine's install folder as a Filename*.
+int32_t ory_main(int32_t action, void* p1, void* p2, void* p3);
+}  // namespace quillon
+using OryMainFunc = int32_t (*)(int32_t action, void* p1, void* p2, void* p3);
