@@ -148,6 +148,8 @@ typedef struct PFAppSuite7 {
     /* Returns PF_Interrupt_CANCEL once the user has cancelled. */
     A_Err (*PF_AppProgressDialogUpdate)(PF_AppProgressDialogP dialog, A_long countL, A_long totalL);
     A_Err (*PF_DisposeAppProgressDialog)(PF_AppProgressDialogP dialog);
+    /* Non-zero in *render_enginePB when the host runs as a render engine only, with no user. */
+    A_Err (*PF_IsRenderEngine)(PF_Boolean* render_enginePB);
 } PFAppSuite7;
 
 typedef PFAppSuite7 PFAppSuite1;
