@@ -9,6 +9,7 @@ packages=(
   clang libclang-rt-dev          # libFuzzer and the sanitizer runtimes
   libjsoncpp-dev duktape-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  zlib1g-dev                     # checksums of scene files
   python3
 )
 

@@ -1,0 +1,29 @@
+#pragma once
+// Appends little-endian primitives to a growing byte buffer. Scene files are always
+// little-endian whatever the machine, so that a file moves between platforms unchanged.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quillon::format {
+
+struct ByteWriter {
+  std::vector<std::uint8_t> bytes;
+
+  void U8(std::uint8_t v) { bytes.push_back(v); }
+  void U32(std::uint32_t v);
+  void I32(std::int32_t v) { U32(static_cast<std::uint32_t>(v)); }
+  void U64(std::uint64_t v);
+  void I64(std::int64_t v) { U64(static_cast<std::uint64_t>(v)); }
+  void F64(double v);
+  // A 32-bit byte count followed by the bytes.
+  void String(const std::string& text);
+  void Raw(const void* data, std::size_t size);
+
+  std::size_t Size() const { return bytes.size(); }
+  // Overwrites four bytes written earlier, for lengths known only after their content.
+  void PatchU32(std::size_t offset, std::uint32_t v);
+};
+
+}  // namespace quillon::format
