@@ -108,8 +108,8 @@ constexpr int32_t kExtensionLookupLevel = 17;
 constexpr uint32_t kInfoBitFromCache = 0x200;
 constexpr uint32_t kInfoBitTrackOff = 0x20000;
 constexpr int32_t kNodeBitDocumentLayers = 32;  // on a document: a layer with LayerParam_DocumentBit was inserted
-constexpr int32_t kNodeBitKeySelected = 41;     // on a key
-constexpr int32_t kNodeBitKeyBreak = 46;        // on a key
+constexpr int32_t kNodeBitKeyLinear = 41;          // on a key: interpolates in a straight line to the next
+constexpr int32_t kNodeBitKeyTangentsLocked = 46;  // on a key: its tangents stay as they are when neighbours move
 constexpr int32_t kQuillonApiVersion = 2024200;
 
 // ---------------------------------------------------------------------------
