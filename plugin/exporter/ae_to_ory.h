@@ -4,6 +4,7 @@
 // Init, Scan, SetTarget, ExportLayers and ExportRest; between Scan and ExportLayers it reads
 // the found… flags and sets exportTextAsPlanes from the user's answer.
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "plugin/engine/engine_ops.h"
@@ -54,8 +55,8 @@ class AEToOry {
   BaseDocument* document = nullptr;
   uint32_t totalLayers = 0;
   uint32_t layerCounter = 0;
-  EngineString targetLeaf;
-  EngineString projectName;
+  std::string targetLeaf;   // last component of the target file's name, in every origin key
+  std::string projectName;  // the project's file name
   std::vector<CompStackEntry> compStack;
   SceneLayer* lockLayer = nullptr;  // "Lock Layer", made when a locked layer is met
   int32_t fps = 30;
