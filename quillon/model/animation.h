@@ -80,5 +80,7 @@ double EvaluateCurve(const Curve& curve, const BaseTime& time, double fallback);
 std::vector<Track*> TracksOf(Node& node);
 Track* FindTrackByPath(const Node& node, const ParamLevel* levels, int32_t count);
 std::unique_ptr<Track> CloneTrack(const Track& source);
+// Copies name, bits, info bits, parameters, layer and tracks of one node to another.
+void CopyNodeBasics(const Node& source, Node& destination);
 
 }  // namespace quillon

@@ -35,6 +35,8 @@ class Document : public Node {
   // Indices into views; -1 for none.
   int32_t activeView = -1;
   int32_t renderView = -1;
+  // The time at which EvaluateDocument animates the parameters.
+  BaseTime currentTime;
 
   // Empties every list and view, keeping the document itself.
   void Clear();
