@@ -29,10 +29,14 @@ void LoadStringTable(SuiteHandler* suites, AEGP_PluginID pluginId) {
     LoadStringTableFile(PluginFolderOfThisLibrary(), "en_US");
     return;
   }
-  std::string folder;
-  if (GetPluginFolder(*suites, pluginId, &folder) != A_Err_NONE) return;
-  if (LoadStringTableFile(folder, HostLanguage(*suites)) == StringTableLoad::kUnreadable) {
-    ShowUnreadable(*suites, pluginId);
+  try {
+    std::string folder;
+    if (GetPluginFolder(*suites, pluginId, &folder) != A_Err_NONE) return;
+    if (LoadStringTableFile(folder, HostLanguage(*suites)) == StringTableLoad::kUnreadable) {
+      ShowUnreadable(*suites, pluginId);
+    }
+  } catch (A_Err) {
+    // Without the suites there are no texts beside the built-in ones; that is not fatal.
   }
 }
 
