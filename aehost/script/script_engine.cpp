@@ -46,6 +46,7 @@ bool MakeHeap(ScriptContext& context, std::string* error) {
         InstallConsole(ctx);
         InstallFileObjects(ctx);
         InstallWindow(ctx);
+        InstallProject(ctx);
     } catch (const std::exception& e) {
         DestroyHeap(context);
         *error = std::string("the script engine could not start: ") + e.what();

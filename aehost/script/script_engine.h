@@ -14,6 +14,8 @@
 
 namespace aehost {
 
+struct Project;  // aehost/model/project.h
+
 // Bounds on one run. A script that exceeds them is stopped with an error and the
 // scripting environment is thrown away (a fresh one is made for the next run);
 // the host itself goes on. The time bound counts wall time of script code, not of
@@ -35,6 +37,15 @@ struct ScriptContext {
     // Every line that the script shows the user (alert) or writes to the console
     // ($.writeln); the default writes it to standard error.
     std::function<void(std::string_view line)> report;
+    // The project that app.project shows; null: app.project has no items.
+    Project* project = nullptr;
+    // The id of the active item (what app.project.activeItem is), negative for none.
+    std::function<int()> activeItem;
+    // The composition time, in seconds, at which a property's `value` is read;
+    // the time marker of a headless host stands at 0.
+    double currentTime = 0.0;
+    // Scripts may read the project but not change it (expressions run so).
+    bool readOnly = false;
     // Where `#include` and $.evalFile look for a relative path; empty: the working folder.
     std::string includeFolder;
     ScriptLimits limits;

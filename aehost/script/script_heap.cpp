@@ -7,7 +7,7 @@
 namespace aehost {
 
 void RunPrelude(duk_context* ctx, const char* name, const char* source,
-                std::initializer_list<NativeEntry> natives) {
+                const std::vector<NativeEntry>& natives) {
     duk_push_string(ctx, name);
     if (duk_pcompile_string_filename(ctx, DUK_COMPILE_FUNCTION, source) != 0) {
         const std::string why = duk_safe_to_string(ctx, -1);

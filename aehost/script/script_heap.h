@@ -8,7 +8,7 @@
 
 #include <duktape.h>
 
-#include <initializer_list>
+#include <vector>
 #include <stdexcept>
 #include <string>
 
@@ -51,7 +51,7 @@ struct NativeEntry {
 // and calls it with an object that holds the given natives and the global object.
 // A prelude is ours, so a failure is a programming error and throws.
 void RunPrelude(duk_context* ctx, const char* name, const char* source,
-                std::initializer_list<NativeEntry> natives);
+                const std::vector<NativeEntry>& natives);
 
 // The argument as UTF-8 text; anything but a string or a number gives "".
 std::string ArgText(duk_context* ctx, duk_idx_t index);
@@ -75,5 +75,6 @@ bool ReadScriptFile(const ScriptContext& context, const std::string& name, std::
 void InstallConsole(duk_context* ctx);
 void InstallFileObjects(duk_context* ctx);
 void InstallWindow(duk_context* ctx);
+void InstallProject(duk_context* ctx);
 
 }  // namespace aehost

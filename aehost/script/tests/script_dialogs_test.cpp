@@ -1,6 +1,7 @@
 // The save dialog, File and the headless ScriptUI window, run through scripts as
 // the plug-in writes them.
 #include "aehost/script/script_engine.h"
+#include "aehost/script/tests/run_script.h"
 
 #include <gtest/gtest.h>
 
@@ -25,17 +26,8 @@ protected:
     }
     void TearDown() override { fs::remove_all(folder); }
 
-    std::string Run(const std::string& source) {
-        std::string result;
-        std::string error;
-        EXPECT_TRUE(RunScript(context, source, &result, &error)) << error;
-        return result;
-    }
-    std::string Fail(const std::string& source) {
-        std::string error;
-        EXPECT_FALSE(RunScript(context, source, nullptr, &error));
-        return error;
-    }
+    std::string Run(const std::string& source) { return RunOk(context, source); }
+    std::string Fail(const std::string& source) { return RunFails(context, source); }
 
     fs::path folder;
     ScriptUser user;

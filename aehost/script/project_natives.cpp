@@ -1,0 +1,476 @@
+// The natives under app.project: the project model read by item id, layer id and
+// stream number. The object model that scripts see is built over them in
+// JavaScript (project_objects.cpp). Every handle a script holds is an id, so an
+// item or layer that is gone gives an error naming it, never a dangling pointer.
+#include "aehost/script/project_natives.h"
+
+#include "aehost/model/edit.h"
+#include "aehost/model/evaluate.h"
+#include "aehost/model/project.h"
+#include "aehost/model/transform.h"
+#include "aehost/script/script_heap.h"
+
+#include <stdexcept>
+
+namespace aehost {
+namespace {
+
+// A stream of a layer as scripts name it. `attribute` is the member name that
+// reaches it from its group (transform.position).
+struct StreamName {
+    LayerStream id;
+    const char* matchName;
+    const char* name;
+    const char* attribute;
+};
+
+constexpr StreamName kTransform[] = {
+    {LayerStream::AnchorPoint, "ADBE Anchor Point", "Anchor Point", "anchorPoint"},
+    {LayerStream::Position, "ADBE Position", "Position", "position"},
+    {LayerStream::Scale, "ADBE Scale", "Scale", "scale"},
+    {LayerStream::Orientation, "ADBE Orientation", "Orientation", "orientation"},
+    {LayerStream::RotationX, "ADBE Rotate X", "X Rotation", "xRotation"},
+    {LayerStream::RotationY, "ADBE Rotate Y", "Y Rotation", "yRotation"},
+    {LayerStream::RotationZ, "ADBE Rotate Z", "Z Rotation", "zRotation"},
+    {LayerStream::Opacity, "ADBE Opacity", "Opacity", "opacity"},
+};
+
+constexpr StreamName kCameraOptions[] = {
+    {LayerStream::Zoom, "ADBE Camera Zoom", "Zoom", "zoom"},
+    {LayerStream::DepthOfField, "ADBE Camera Depth of Field", "Depth of Field", "depthOfField"},
+    {LayerStream::FocusDistance, "ADBE Camera Focus Distance", "Focus Distance", "focusDistance"},
+    {LayerStream::Aperture, "ADBE Camera Aperture", "Aperture", "aperture"},
+    {LayerStream::BlurLevel, "ADBE Camera Blur Level", "Blur Level", "blurLevel"},
+};
+
+constexpr StreamName kLightOptions[] = {
+    {LayerStream::Intensity, "ADBE Light Intensity", "Intensity", "intensity"},
+    {LayerStream::Color, "ADBE Light Color", "Color", "color"},
+    {LayerStream::ConeAngle, "ADBE Light Cone Angle", "Cone Angle", "coneAngle"},
+    {LayerStream::ConeFeather, "ADBE Light Cone Feather 2", "Cone Feather", "coneFeather"},
+    {LayerStream::FalloffKind, "ADBE Light Falloff Type", "Falloff", "falloff"},
+    {LayerStream::FalloffStart, "ADBE Light Falloff Start", "Radius", "radius"},
+    {LayerStream::FalloffDistance, "ADBE Light Falloff Distance", "Falloff Distance", "falloffDistance"},
+    {LayerStream::CastsShadows, "ADBE Light Casts Shadows", "Casts Shadows", "castsShadows"},
+    {LayerStream::ShadowDarkness, "ADBE Light Shadow Darkness", "Shadow Darkness", "shadowDarkness"},
+    {LayerStream::ShadowDiffusion, "ADBE Light Shadow Diffusion", "Shadow Diffusion", "shadowDiffusion"},
+};
+
+Project& ProjectOf(duk_context* ctx) {
+    Project* project = ContextOf(ctx).project;
+    if (!project) throw std::runtime_error("the host has no project");
+    return *project;
+}
+
+Item& CompArg(duk_context* ctx, duk_idx_t index) {
+    const int id = duk_get_int(ctx, index);
+    Item* item = FindItem(ProjectOf(ctx), id);
+    if (!item || item->kind != ItemKind::Composition) {
+        throw std::runtime_error("the composition with id " + std::to_string(id) + " no longer exists");
+    }
+    return *item;
+}
+
+Layer& LayerArg(duk_context* ctx, const Item& comp, duk_idx_t index) {
+    const int id = duk_get_int(ctx, index);
+    Layer* layer = FindLayer(comp, id);
+    if (!layer) {
+        throw std::runtime_error("the layer with id " + std::to_string(id) + " is no longer in \"" +
+                                 comp.name + "\"");
+    }
+    return *layer;
+}
+
+LayerStream StreamArg(duk_context* ctx, const Layer& layer, duk_idx_t index) {
+    const auto id = static_cast<LayerStream>(duk_get_int(ctx, index));
+    if (!IsStreamLegal(layer, id)) {
+        throw std::runtime_error("the property " + std::to_string(static_cast<int>(id)) +
+                                 " is not on layer \"" + layer.name + "\"");
+    }
+    return id;
+}
+
+// The name the timeline shows: the layer's own, else its source's.
+std::string ShownName(const Project& project, const Layer& layer) {
+    if (!layer.name.empty()) return layer.name;
+    const Item* source = FindItem(project, layer.sourceId);
+    return source && layer.sourceId != kRootFolderId ? source->name : std::string();
+}
+
+bool LooksThreeD(const Layer& layer) {
+    return layer.switches.threeD || layer.objectType == LayerObjectType::Camera ||
+           layer.objectType == LayerObjectType::Light;
+}
+
+// How many numbers a script sees: a 2D layer's vectors have two, a 3D layer's
+// three, colours four; one-dimensional values are plain numbers.
+int ScriptDimensions(const Layer& layer, LayerStream id) {
+    switch (StreamKindOf(id)) {
+        case StreamKind::OneD: return 1;
+        case StreamKind::Color: return 4;
+        case StreamKind::Orientation: return 3;
+        case StreamKind::TwoD:
+        case StreamKind::TwoDSpatial: return 2;
+        case StreamKind::ThreeD:
+        case StreamKind::ThreeDSpatial: return LooksThreeD(layer) ? 3 : 2;
+    }
+    return 1;
+}
+
+void PushNumberProp(duk_context* ctx, const char* key, double value) {
+    duk_push_number(ctx, value);
+    duk_put_prop_string(ctx, -2, key);
+}
+
+void PushTextProp(duk_context* ctx, const char* key, const std::string& value) {
+    PushText(ctx, value);
+    duk_put_prop_string(ctx, -2, key);
+}
+
+void PushBoolProp(duk_context* ctx, const char* key, bool value) {
+    duk_push_boolean(ctx, value);
+    duk_put_prop_string(ctx, -2, key);
+}
+
+const Stream* OwnStream(const Layer& layer, LayerStream id) {
+    const auto found = layer.streams.find(id);
+    return found == layer.streams.end() ? nullptr : &found->second;
+}
+
+const Keyframe& KeyArg(duk_context* ctx, const Layer& layer, LayerStream id, duk_idx_t index) {
+    const Stream* stream = OwnStream(layer, id);
+    const int k = duk_get_int(ctx, index);
+    if (!stream || k < 1 || k > static_cast<int>(stream->keys.size())) {
+        throw std::runtime_error("key " + std::to_string(k) + " is out of range");
+    }
+    return stream->keys[static_cast<std::size_t>(k - 1)];
+}
+
+void CheckWritable(duk_context* ctx) {
+    if (ContextOf(ctx).readOnly) throw std::runtime_error("the project cannot be changed here");
+}
+
+// --- items -----------------------------------------------------------------
+
+duk_ret_t ActiveItem(duk_context* ctx) {
+    const ScriptContext& context = ContextOf(ctx);
+    const int id = context.activeItem ? context.activeItem() : -1;
+    duk_push_int(ctx, context.project && FindItem(*context.project, id) ? id : -1);
+    return 1;
+}
+
+duk_ret_t ProjectPath(duk_context* ctx) {
+    const Project* project = ContextOf(ctx).project;
+    if (project && !project->path.empty()) PushText(ctx, project->path);
+    else duk_push_null(ctx);
+    return 1;
+}
+
+// itemIds(folder id or -1) -> the ids of the items in a folder, or of all items.
+duk_ret_t ItemIds(duk_context* ctx) {
+    const int folder = duk_get_int(ctx, 0);
+    duk_push_array(ctx);
+    const Project* project = ContextOf(ctx).project;
+    if (!project) return 1;
+    duk_uarridx_t n = 0;
+    for (const auto& item : project->items) {
+        if (item->id == kRootFolderId || (folder >= 0 && item->folderId != folder)) continue;
+        duk_push_int(ctx, item->id);
+        duk_put_prop_index(ctx, -2, n++);
+    }
+    return 1;
+}
+
+const char* KindName(ItemKind kind) {
+    switch (kind) {
+        case ItemKind::Folder: return "Folder";
+        case ItemKind::Composition: return "Composition";
+        case ItemKind::Footage: return "Footage";
+    }
+    return "Folder";
+}
+
+duk_ret_t ItemInfo(duk_context* ctx) {
+    const int id = duk_get_int(ctx, 0);
+    const Item* item = FindItem(ProjectOf(ctx), id);
+    if (!item) throw std::runtime_error("the item with id " + std::to_string(id) + " no longer exists");
+    duk_push_object(ctx);
+    PushNumberProp(ctx, "id", item->id);
+    PushTextProp(ctx, "kind", KindName(item->kind));
+    PushTextProp(ctx, "name", item->name);
+    PushNumberProp(ctx, "folderId", item->folderId);
+    PushNumberProp(ctx, "width", item->width);
+    PushNumberProp(ctx, "height", item->height);
+    PushNumberProp(ctx, "pixelAspect", item->pixelAspect);
+    PushNumberProp(ctx, "duration", item->duration);
+    PushNumberProp(ctx, "frameRate", item->frameRate);
+    PushNumberProp(ctx, "numLayers", static_cast<double>(item->comp.layers.size()));
+    PushNumberProp(ctx, "displayStartTime", item->comp.displayStart);
+    PushNumberProp(ctx, "workAreaStart", item->comp.workAreaStart);
+    PushNumberProp(ctx, "workAreaDuration", item->comp.workAreaDuration);
+    PushBoolProp(ctx, "solid", item->kind == ItemKind::Footage && item->footage.kind == FootageKind::Solid);
+    PushTextProp(ctx, "file", item->kind == ItemKind::Footage ? item->footage.path : "");
+    const Value& color = item->kind == ItemKind::Composition ? item->comp.background : item->footage.color;
+    duk_push_array(ctx);
+    for (int i = 0; i < 3; ++i) {
+        duk_push_number(ctx, color[i]);
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    duk_put_prop_string(ctx, -2, "color");
+    return 1;
+}
+
+// --- layers ----------------------------------------------------------------
+
+// layerId(comp id, one-based index or name) -> the layer's id, 0 for none.
+duk_ret_t LayerId(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const auto& layers = comp.comp.layers;
+    int id = 0;
+    if (duk_is_number(ctx, 1)) {
+        const int index = duk_get_int(ctx, 1);
+        if (index >= 1 && index <= static_cast<int>(layers.size())) id = layers[static_cast<std::size_t>(index - 1)]->id;
+    } else {
+        const std::string name = ArgText(ctx, 1);
+        for (const auto& layer : layers) {
+            if (!id && ShownName(ProjectOf(ctx), *layer) == name) id = layer->id;
+        }
+    }
+    duk_push_int(ctx, id);
+    return 1;
+}
+
+const char* ObjectTypeName(LayerObjectType type) {
+    switch (type) {
+        case LayerObjectType::AudioVideo: return "av";
+        case LayerObjectType::Light: return "light";
+        case LayerObjectType::Camera: return "camera";
+        case LayerObjectType::Text: return "text";
+        case LayerObjectType::Shape: return "shape";
+    }
+    return "av";
+}
+
+duk_ret_t LayerInfo(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    int index = 0;
+    for (std::size_t i = 0; i < comp.comp.layers.size(); ++i) {
+        if (comp.comp.layers[i].get() == &layer) index = static_cast<int>(i) + 1;
+    }
+    duk_push_object(ctx);
+    PushNumberProp(ctx, "id", layer.id);
+    PushNumberProp(ctx, "index", index);
+    PushTextProp(ctx, "name", ShownName(ProjectOf(ctx), layer));
+    PushTextProp(ctx, "objectType", ObjectTypeName(layer.objectType));
+    PushNumberProp(ctx, "sourceId", layer.sourceId);
+    PushNumberProp(ctx, "parentId", layer.parentId);
+    PushBoolProp(ctx, "threeDLayer", layer.switches.threeD);
+    PushBoolProp(ctx, "nullLayer", layer.switches.nullLayer);
+    PushBoolProp(ctx, "enabled", layer.switches.video);
+    PushBoolProp(ctx, "locked", layer.switches.locked);
+    PushBoolProp(ctx, "shy", layer.switches.shy);
+    PushNumberProp(ctx, "startTime", layer.startTime);
+    PushNumberProp(ctx, "inPoint", layer.inPoint);
+    PushNumberProp(ctx, "outPoint", layer.inPoint + layer.duration);
+    PushNumberProp(ctx, "stretch", layer.stretch * 100.0);
+    return 1;
+}
+
+void PushStreamGroup(duk_context* ctx, const Layer& layer, const char* matchName, const char* name,
+                     const char* attribute, const StreamName* streams, std::size_t count) {
+    duk_push_object(ctx);
+    PushTextProp(ctx, "matchName", matchName);
+    PushTextProp(ctx, "name", name);
+    PushTextProp(ctx, "attribute", attribute);
+    duk_push_array(ctx);
+    duk_uarridx_t n = 0;
+    const bool lookAt = layer.objectType == LayerObjectType::Camera || layer.objectType == LayerObjectType::Light;
+    for (std::size_t i = 0; i < count; ++i) {
+        const StreamName& stream = streams[i];
+        if (!IsStreamLegal(layer, stream.id)) continue;
+        const bool pointOfInterest = lookAt && stream.id == LayerStream::AnchorPoint;
+        const bool flatRotation = !LooksThreeD(layer) && stream.id == LayerStream::RotationZ;
+        duk_push_object(ctx);
+        PushTextProp(ctx, "matchName", stream.matchName);
+        PushTextProp(ctx, "name", pointOfInterest ? "Point of Interest" : flatRotation ? "Rotation" : stream.name);
+        PushTextProp(ctx, "attribute", pointOfInterest ? "pointOfInterest" : flatRotation ? "rotation" : stream.attribute);
+        PushNumberProp(ctx, "stream", static_cast<int>(stream.id));
+        duk_put_prop_index(ctx, -2, n++);
+    }
+    duk_put_prop_string(ctx, -2, "children");
+    duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(duk_get_length(ctx, -2)));
+}
+
+void PushEmptyGroup(duk_context* ctx, const char* matchName, const char* name, const char* attribute) {
+    PushStreamGroup(ctx, Layer{}, matchName, name, attribute, nullptr, 0);
+}
+
+// layerTree(comp id, layer id) -> the layer's top-level groups in the host's
+// order, each {matchName, name, attribute, children: [{..., stream}]}.
+duk_ret_t LayerTree(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    duk_push_array(ctx);
+    PushEmptyGroup(ctx, "ADBE Marker", "Marker", "marker");
+    const bool lookAt = layer.objectType == LayerObjectType::Camera || layer.objectType == LayerObjectType::Light;
+    if (layer.objectType == LayerObjectType::Text) PushEmptyGroup(ctx, "ADBE Text Properties", "Text", "text");
+    if (layer.objectType == LayerObjectType::Shape) PushEmptyGroup(ctx, "ADBE Root Vectors Group", "Contents", "content");
+    if (!lookAt) {
+        PushEmptyGroup(ctx, "ADBE Mask Parade", "Masks", "mask");
+        PushEmptyGroup(ctx, "ADBE Effect Parade", "Effects", "effect");
+    }
+    PushStreamGroup(ctx, layer, "ADBE Transform Group", "Transform", "transform", kTransform, std::size(kTransform));
+    if (layer.objectType == LayerObjectType::Camera) {
+        PushStreamGroup(ctx, layer, "ADBE Camera Options Group", "Camera Options", "cameraOption", kCameraOptions,
+                        std::size(kCameraOptions));
+    }
+    if (layer.objectType == LayerObjectType::Light) {
+        PushStreamGroup(ctx, layer, "ADBE Light Options Group", "Light Options", "lightOption", kLightOptions,
+                        std::size(kLightOptions));
+    }
+    return 1;
+}
+
+// markerTimes(comp id, layer id or 0) -> the marker times in composition seconds.
+duk_ret_t MarkerTimes(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer* layer = duk_get_int(ctx, 1) != 0 ? &LayerArg(ctx, comp, 1) : nullptr;
+    const std::vector<Marker>& markers = layer ? layer->markers : comp.comp.markers;
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i < markers.size(); ++i) {
+        duk_push_number(ctx, layer ? LayerTimeToCompTime(*layer, markers[i].time) : markers[i].time);
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    return 1;
+}
+
+// --- streams ---------------------------------------------------------------
+
+duk_ret_t StreamInfo(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const LayerStream id = StreamArg(ctx, layer, 2);
+    const Stream* own = OwnStream(layer, id);
+    duk_push_object(ctx);
+    PushNumberProp(ctx, "numKeys", own ? static_cast<double>(own->keys.size()) : 0.0);
+    PushBoolProp(ctx, "timeVarying", own && IsTimeVarying(*own));
+    PushTextProp(ctx, "expression", own ? own->expression : "");
+    PushBoolProp(ctx, "expressionEnabled", own && own->expressionEnabled);
+    PushNumberProp(ctx, "dimensions", ScriptDimensions(layer, id));
+    PushTextProp(ctx, "kind", [&] {
+        switch (StreamKindOf(id)) {
+            case StreamKind::OneD: return "OneD";
+            case StreamKind::TwoD: return "TwoD";
+            case StreamKind::ThreeD: return ScriptDimensions(layer, id) == 3 ? "ThreeD" : "TwoD";
+            case StreamKind::TwoDSpatial: return "TwoD_SPATIAL";
+            case StreamKind::ThreeDSpatial: return ScriptDimensions(layer, id) == 3 ? "ThreeD_SPATIAL" : "TwoD_SPATIAL";
+            case StreamKind::Orientation: return "ThreeD";
+            case StreamKind::Color: return "COLOR";
+        }
+        return "OneD";
+    }());
+    return 1;
+}
+
+void PushValue(duk_context* ctx, const Value& value, int dimensions) {
+    if (dimensions == 1) {
+        duk_push_number(ctx, value[0]);
+        return;
+    }
+    duk_push_array(ctx);
+    for (int i = 0; i < dimensions; ++i) {
+        duk_push_number(ctx, value[i]);
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+}
+
+// valueAt(comp id, layer id, stream, composition seconds, before expression)
+duk_ret_t ValueAt(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const LayerStream id = StreamArg(ctx, layer, 2);
+    const Value value = EvaluateStream(ProjectOf(ctx), comp, layer, id, duk_get_number(ctx, 3),
+                                       duk_to_boolean(ctx, 4));
+    PushValue(ctx, value, ScriptDimensions(layer, id));
+    return 1;
+}
+
+// keyTime(comp id, layer id, stream, key from 1) -> composition seconds
+duk_ret_t KeyTime(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const Keyframe& key = KeyArg(ctx, layer, StreamArg(ctx, layer, 2), 3);
+    duk_push_number(ctx, LayerTimeToCompTime(layer, key.time));
+    return 1;
+}
+
+duk_ret_t KeyValue(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const LayerStream id = StreamArg(ctx, layer, 2);
+    PushValue(ctx, KeyArg(ctx, layer, id, 3).value, ScriptDimensions(layer, id));
+    return 1;
+}
+
+// Reads [[speed, influence], ...] for each temporal dimension of the stream.
+void ReadEases(duk_context* ctx, duk_idx_t index, int count, std::array<Ease, 3>* eases) {
+    if (!duk_is_array(ctx, index) || static_cast<int>(duk_get_length(ctx, index)) != count) {
+        throw std::runtime_error("the ease needs " + std::to_string(count) + " KeyframeEase objects");
+    }
+    for (int i = 0; i < count; ++i) {
+        duk_get_prop_index(ctx, index, static_cast<duk_uarridx_t>(i));
+        duk_get_prop_index(ctx, -1, 0);
+        duk_get_prop_index(ctx, -2, 1);
+        const double speed = duk_get_number_default(ctx, -2, 0.0);
+        const double influence = duk_get_number_default(ctx, -1, 0.0);
+        duk_pop_3(ctx);
+        if (!(influence >= 0.1 && influence <= 100.0)) {
+            throw std::runtime_error("influence must lie between 0.1 and 100, not " + std::to_string(influence));
+        }
+        (*eases)[static_cast<std::size_t>(i)] = Ease{speed, influence};
+    }
+}
+
+// setTemporalEase(comp id, layer id, stream, key from 1, in eases, out eases):
+// the key becomes a Bezier key with these eases, as it does in the host.
+duk_ret_t SetTemporalEase(duk_context* ctx) {
+    CheckWritable(ctx);
+    Item& comp = CompArg(ctx, 0);
+    Layer& layer = LayerArg(ctx, comp, 1);
+    const LayerStream id = StreamArg(ctx, layer, 2);
+    KeyArg(ctx, layer, id, 3);
+    Keyframe& key = EnsureStream(ProjectOf(ctx), comp, layer, id).keys[static_cast<std::size_t>(duk_get_int(ctx, 3) - 1)];
+    const int count = TemporalDimensions(StreamKindOf(id));
+    std::array<Ease, 3> in = key.easeIn;
+    std::array<Ease, 3> out = key.easeOut;
+    ReadEases(ctx, 4, count, &in);
+    ReadEases(ctx, 5, count, &out);
+    key.easeIn = in;
+    key.easeOut = out;
+    key.in = Interpolation::Bezier;
+    key.out = Interpolation::Bezier;
+    duk_push_undefined(ctx);
+    return 1;
+}
+
+duk_ret_t CurrentTime(duk_context* ctx) {
+    duk_push_number(ctx, ContextOf(ctx).currentTime);
+    return 1;
+}
+
+}  // namespace
+
+std::vector<NativeEntry> ProjectNatives() {
+    return {
+        {"activeItem", Native<ActiveItem>, 0},    {"projectPath", Native<ProjectPath>, 0},
+        {"itemIds", Native<ItemIds>, 1},          {"item", Native<ItemInfo>, 1},
+        {"layerId", Native<LayerId>, 2},          {"layer", Native<LayerInfo>, 2},
+        {"layerTree", Native<LayerTree>, 2},      {"markerTimes", Native<MarkerTimes>, 2},
+        {"stream", Native<StreamInfo>, 3},        {"valueAt", Native<ValueAt>, 5},
+        {"keyTime", Native<KeyTime>, 4},          {"keyValue", Native<KeyValue>, 4},
+        {"setTemporalEase", Native<SetTemporalEase>, 6}, {"currentTime", Native<CurrentTime>, 0},
+    };
+}
+
+}  // namespace aehost
