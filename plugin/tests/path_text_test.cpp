@@ -31,3 +31,23 @@ TEST(PathPieces, SplitsWithoutEmptyPieces) {
 }
 
 }  // namespace
+
+#include "plugin/text/cubic_bezier.h"
+
+namespace {
+
+TEST(CubicBezier, PassesThroughItsEndsAndWeighsTheMiddle) {
+  const Vector points[4] = {{0, 0, 9}, {0, 10, 9}, {10, 10, 9}, {10, 0, 9}};
+  const Vector start = CubicBezierPoint(points, 0.0f);
+  const Vector end = CubicBezierPoint(points, 1.0f);
+  const Vector middle = CubicBezierPoint(points, 0.5f);
+  EXPECT_EQ(start.x, 0.0);
+  EXPECT_EQ(end.x, 10.0);
+  EXPECT_EQ(end.y, 0.0);
+  // At t = 1/2 the weights are 1/8, 3/8, 3/8, 1/8: x = (0 + 0 + 30 + 10) / 8, y = (0 + 30 + 30 + 0) / 8.
+  EXPECT_DOUBLE_EQ(middle.x, 5.0);
+  EXPECT_DOUBLE_EQ(middle.y, 7.5);
+  EXPECT_EQ(middle.z, 0.0);
+}
+
+}  // namespace
