@@ -28,7 +28,7 @@ struct Composition {
   double displayStart = 0.0;   // seconds
   double workAreaStart = 0.0;  // seconds, composition time
   double workAreaDuration = 0.0;
-  Value background;            // red, green, blue, alpha
+  Value background{{0.0, 0.0, 0.0, 1.0}};  // red, green, blue, alpha
   std::vector<Marker> markers;
   std::vector<std::unique_ptr<Layer>> layers;  // top of the timeline first
 };

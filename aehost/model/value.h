@@ -17,6 +17,12 @@ struct Value {
   bool operator==(const Value&) const = default;
 };
 
+inline Value MakeValue(double x, double y = 0.0, double z = 0.0, double w = 0.0) {
+  Value value;
+  value.v = {x, y, z, w};
+  return value;
+}
+
 // Row-vector matrix, laid out like the host's A_Matrix4: m[row][column],
 // a point transforms as p' = p * M, rows 0..2 are the x, y and z axes of the
 // transformed frame and row 3 is the translation.

@@ -1,0 +1,921 @@
+// Reading and writing the JSON project description. Every refusal names the
+// JSON path of the offending value; aehost/PROJECT_FORMAT.md is the reference.
+#include "aehost/model/project_json.h"
+
+#include <cmath>
+#include <fstream>
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <set>
+#include <span>
+#include <sstream>
+#include <string_view>
+
+#include <json/json.h>
+
+#include "aehost/model/json_text.h"
+
+namespace aehost {
+namespace {
+
+constexpr const char* kFormatName = "aehost-project";
+
+// ---------------------------------------------------------------- naming
+
+template <typename E>
+struct Name {
+  E value;
+  const char* text;
+};
+
+constexpr Name<LayerObjectType> kLayerTypes[] = {
+    {LayerObjectType::AudioVideo, "av"},
+    {LayerObjectType::Light, "light"},
+    {LayerObjectType::Camera, "camera"},
+    {LayerObjectType::Text, "text"},
+    {LayerObjectType::Shape, "shape"},
+};
+constexpr Name<LightType> kLightTypes[] = {
+    {LightType::Parallel, "parallel"},
+    {LightType::Spot, "spot"},
+    {LightType::Point, "point"},
+    {LightType::Ambient, "ambient"},
+};
+constexpr Name<CameraType> kCameraTypes[] = {
+    {CameraType::Perspective, "perspective"},
+    {CameraType::Orthographic, "orthographic"},
+};
+constexpr Name<FilmSizeUnits> kFilmSizeUnits[] = {
+    {FilmSizeUnits::None, "none"},
+    {FilmSizeUnits::Horizontal, "horizontal"},
+    {FilmSizeUnits::Vertical, "vertical"},
+    {FilmSizeUnits::Diagonal, "diagonal"},
+};
+constexpr Name<AutoOrient> kAutoOrient[] = {
+    {AutoOrient::Off, "off"},
+    {AutoOrient::TowardsPointOfInterest, "pointOfInterest"},
+};
+constexpr Name<Interpolation> kInterpolations[] = {
+    {Interpolation::Linear, "linear"},
+    {Interpolation::Bezier, "bezier"},
+    {Interpolation::Hold, "hold"},
+};
+
+// Streams by the group and key they stand under in a layer.
+constexpr Name<LayerStream> kLayerTransform[] = {
+    {LayerStream::AnchorPoint, "anchorPoint"}, {LayerStream::Position, "position"},
+    {LayerStream::Scale, "scale"},             {LayerStream::Orientation, "orientation"},
+    {LayerStream::RotationX, "rotationX"},     {LayerStream::RotationY, "rotationY"},
+    {LayerStream::RotationZ, "rotationZ"},     {LayerStream::Opacity, "opacity"},
+};
+constexpr Name<LayerStream> kViewerTransform[] = {
+    {LayerStream::AnchorPoint, "pointOfInterest"}, {LayerStream::Position, "position"},
+    {LayerStream::Orientation, "orientation"},     {LayerStream::RotationX, "rotationX"},
+    {LayerStream::RotationY, "rotationY"},         {LayerStream::RotationZ, "rotationZ"},
+};
+constexpr Name<LayerStream> kCameraOptions[] = {
+    {LayerStream::Zoom, "zoom"},
+    {LayerStream::DepthOfField, "depthOfField"},
+    {LayerStream::FocusDistance, "focusDistance"},
+    {LayerStream::Aperture, "aperture"},
+    {LayerStream::BlurLevel, "blurLevel"},
+};
+constexpr Name<LayerStream> kLightOptions[] = {
+    {LayerStream::Intensity, "intensity"},
+    {LayerStream::Color, "color"},
+    {LayerStream::ConeAngle, "coneAngle"},
+    {LayerStream::ConeFeather, "coneFeather"},
+    {LayerStream::ShadowDarkness, "shadowDarkness"},
+    {LayerStream::ShadowDiffusion, "shadowDiffusion"},
+    {LayerStream::CastsShadows, "castsShadows"},
+    {LayerStream::FalloffKind, "falloff"},
+    {LayerStream::FalloffStart, "radius"},
+    {LayerStream::FalloffDistance, "falloffDistance"},
+};
+
+template <typename E, std::size_t N>
+const char* TextOf(const Name<E> (&names)[N], E value) {
+  for (const auto& name : names) {
+    if (name.value == value) return name.text;
+  }
+  return names[0].text;
+}
+
+template <std::size_t N>
+std::span<const Name<LayerStream>> Span(const Name<LayerStream> (&names)[N]) {
+  return {names, N};
+}
+
+bool IsViewer(LayerObjectType type) {
+  return type == LayerObjectType::Camera || type == LayerObjectType::Light;
+}
+
+std::span<const Name<LayerStream>> TransformNames(LayerObjectType type) {
+  return IsViewer(type) ? Span(kViewerTransform) : Span(kLayerTransform);
+}
+
+AutoOrient DefaultAutoOrient(LayerObjectType type) {
+  return IsViewer(type) ? AutoOrient::TowardsPointOfInterest : AutoOrient::Off;
+}
+
+// ---------------------------------------------------------------- reading
+
+// A JSON value and where it stands in the description.
+struct In {
+  const Json::Value& value;
+  std::string path;
+  const std::string& source;
+};
+
+[[noreturn]] void Fail(const In& at, const std::string& problem) {
+  throw ProjectFormatError(at.source + ": " + (at.path.empty() ? "top level" : at.path) + ": " +
+                           problem);
+}
+
+In Member(const In& object, const std::string& key) {
+  return {object.value[key], object.path.empty() ? key : object.path + "." + key, object.source};
+}
+
+In Element(const In& array, Json::ArrayIndex index) {
+  return {array.value[index], array.path + "[" + std::to_string(index) + "]", array.source};
+}
+
+bool Has(const In& object, const char* key) { return object.value.isMember(key); }
+
+void RequireObject(const In& at, std::initializer_list<std::string_view> allowed) {
+  if (!at.value.isObject()) Fail(at, "expected an object");
+  for (const auto& key : at.value.getMemberNames()) {
+    bool known = false;
+    for (const auto& name : allowed) known = known || name == key;
+    if (!known) Fail(Member(at, key), "unknown key");
+  }
+}
+
+void RequireMember(const In& object, const char* key) {
+  if (!Has(object, key)) Fail(object, std::string("missing \"") + key + "\"");
+}
+
+const Json::Value& RequireArray(const In& at) {
+  if (!at.value.isArray()) Fail(at, "expected an array");
+  return at.value;
+}
+
+double Number(const In& at) {
+  if (!at.value.isNumeric() || at.value.isBool()) Fail(at, "expected a number");
+  const double number = at.value.asDouble();
+  if (!std::isfinite(number)) Fail(at, "expected a finite number");
+  return number;
+}
+
+double NumberIn(const In& at, double low, double high) {
+  const double number = Number(at);
+  if (number < low || number > high) {
+    std::ostringstream range;
+    range << "must lie between " << low << " and " << high;
+    Fail(at, range.str());
+  }
+  return number;
+}
+
+double Positive(const In& at) {
+  const double number = Number(at);
+  if (number <= 0.0) Fail(at, "must be above 0");
+  return number;
+}
+
+int Integer(const In& at, int low, int high) {
+  if (!at.value.isInt() || at.value.isBool()) Fail(at, "expected a whole number");
+  const int number = at.value.asInt();
+  if (number < low || number > high) {
+    Fail(at, "must lie between " + std::to_string(low) + " and " + std::to_string(high));
+  }
+  return number;
+}
+
+std::string Text(const In& at) {
+  if (!at.value.isString()) Fail(at, "expected a string");
+  return at.value.asString();
+}
+
+bool Flag(const In& at) {
+  if (!at.value.isBool()) Fail(at, "expected true or false");
+  return at.value.asBool();
+}
+
+template <typename E, std::size_t N>
+E Choice(const In& at, const Name<E> (&names)[N]) {
+  const std::string text = Text(at);
+  std::string known;
+  for (const auto& name : names) {
+    if (text == name.text) return name.value;
+    known += (known.empty() ? "\"" : ", \"") + std::string(name.text) + "\"";
+  }
+  Fail(at, "\"" + text + "\" is not one of " + known);
+}
+
+// Optional members: the field keeps its value when the key is absent.
+void Read(const In& object, const char* key, double& field) {
+  if (Has(object, key)) field = Number(Member(object, key));
+}
+void Read(const In& object, const char* key, bool& field) {
+  if (Has(object, key)) field = Flag(Member(object, key));
+}
+void Read(const In& object, const char* key, std::string& field) {
+  if (Has(object, key)) field = Text(Member(object, key));
+}
+
+Value ReadValue(const In& at, StreamKind kind) {
+  Value value;
+  const int dims = Dimensions(kind);
+  if (dims == 1) {
+    value[0] = Number(at);
+    return value;
+  }
+  const Json::Value& array = RequireArray(at);
+  const bool color = kind == StreamKind::Color;
+  const auto size = static_cast<int>(array.size());
+  if (color ? (size != 3 && size != 4) : size != dims) {
+    Fail(at, color ? "expected 3 or 4 numbers (red, green, blue, alpha)"
+                   : "expected " + std::to_string(dims) + " numbers");
+  }
+  if (color) value[3] = 1.0;
+  for (int i = 0; i < size; ++i) value[i] = Number(Element(at, static_cast<Json::ArrayIndex>(i)));
+  return value;
+}
+
+Value ReadColor(const In& at) { return ReadValue(at, StreamKind::Color); }
+
+void ReadEases(const In& at, StreamKind kind, std::array<Ease, 3>& eases) {
+  const Json::Value& array = RequireArray(at);
+  const int dims = TemporalDimensions(kind);
+  if (static_cast<int>(array.size()) != dims) {
+    Fail(at, "expected " + std::to_string(dims) + " eases, one a temporal dimension");
+  }
+  for (int i = 0; i < dims; ++i) {
+    const In ease = Element(at, static_cast<Json::ArrayIndex>(i));
+    RequireObject(ease, {"speed", "influence"});
+    Read(ease, "speed", eases[static_cast<std::size_t>(i)].speed);
+    if (Has(ease, "influence")) {
+      eases[static_cast<std::size_t>(i)].influence =
+          NumberIn(Member(ease, "influence"), 0.1, 100.0);
+    }
+  }
+}
+
+bool IsSpatial(StreamKind kind) {
+  return kind == StreamKind::TwoDSpatial || kind == StreamKind::ThreeDSpatial;
+}
+
+Keyframe ReadKey(const In& at, StreamKind kind) {
+  if (IsSpatial(kind)) {
+    RequireObject(at, {"time", "value", "in", "out", "easeIn", "easeOut", "inTangent",
+                       "outTangent"});
+  } else {
+    RequireObject(at, {"time", "value", "in", "out", "easeIn", "easeOut"});
+  }
+  RequireMember(at, "time");
+  RequireMember(at, "value");
+  Keyframe key;
+  key.time = Number(Member(at, "time"));
+  key.value = ReadValue(Member(at, "value"), kind);
+  if (Has(at, "in")) key.in = Choice(Member(at, "in"), kInterpolations);
+  if (Has(at, "out")) key.out = Choice(Member(at, "out"), kInterpolations);
+  if (Has(at, "easeIn")) ReadEases(Member(at, "easeIn"), kind, key.easeIn);
+  if (Has(at, "easeOut")) ReadEases(Member(at, "easeOut"), kind, key.easeOut);
+  if (Has(at, "inTangent")) key.inTangent = ReadValue(Member(at, "inTangent"), kind);
+  if (Has(at, "outTangent")) key.outTangent = ReadValue(Member(at, "outTangent"), kind);
+  return key;
+}
+
+std::vector<Keyframe> ReadKeys(const In& at, StreamKind kind) {
+  std::vector<Keyframe> keys;
+  const Json::Value& array = RequireArray(at);
+  for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
+    const In element = Element(at, i);
+    keys.push_back(ReadKey(element, kind));
+    if (i > 0 && keys[i].time <= keys[i - 1].time) {
+      Fail(Member(element, "time"), "keys must follow each other in time");
+    }
+  }
+  return keys;
+}
+
+// A stream is a bare value, or an object with keys and an expression.
+Stream ReadStream(const In& at, LayerStream id) {
+  Stream stream;
+  stream.kind = StreamKindOf(id);
+  if (!at.value.isObject()) {
+    stream.value = ReadValue(at, stream.kind);
+    return stream;
+  }
+  RequireObject(at, {"value", "keys", "expression", "expressionEnabled"});
+  if (Has(at, "keys")) stream.keys = ReadKeys(Member(at, "keys"), stream.kind);
+  if (Has(at, "value")) {
+    stream.value = ReadValue(Member(at, "value"), stream.kind);
+  } else if (!stream.keys.empty()) {
+    stream.value = stream.keys.front().value;
+  } else {
+    Fail(at, "a stream needs a \"value\" or \"keys\"");
+  }
+  Read(at, "expression", stream.expression);
+  Read(at, "expressionEnabled", stream.expressionEnabled);
+  return stream;
+}
+
+void ReadStreamGroup(const In& at, std::span<const Name<LayerStream>> names, Layer& layer) {
+  if (!at.value.isObject()) Fail(at, "expected an object");
+  for (const auto& key : at.value.getMemberNames()) {
+    const Name<LayerStream>* found = nullptr;
+    for (const auto& name : names) {
+      if (key == name.text) found = &name;
+    }
+    if (found == nullptr) Fail(Member(at, key), "unknown key");
+    layer.streams[found->value] = ReadStream(Member(at, key), found->value);
+  }
+}
+
+std::vector<Marker> ReadMarkers(const In& at) {
+  std::vector<Marker> markers;
+  const Json::Value& array = RequireArray(at);
+  for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
+    const In element = Element(at, i);
+    RequireObject(element, {"time", "duration", "comment"});
+    RequireMember(element, "time");
+    Marker marker;
+    marker.time = Number(Member(element, "time"));
+    if (Has(element, "duration")) marker.duration = NumberIn(Member(element, "duration"), 0, 1e9);
+    Read(element, "comment", marker.comment);
+    markers.push_back(marker);
+  }
+  return markers;
+}
+
+// References between items and layers are checked once everything is read.
+struct Reference {
+  std::string path;  // where the reference stands, for the message
+  int id;
+};
+
+struct Pending {
+  std::vector<std::pair<Reference, Item*>> folders;                 // item -> folder
+  std::vector<std::pair<Reference, std::pair<Item*, Layer*>>> sources;
+  std::vector<std::pair<Reference, std::pair<Item*, Layer*>>> parents;
+  std::map<int, std::string> itemIds;   // id -> path of the item
+  std::map<int, std::string> layerIds;  // id -> path of the layer
+};
+
+void ClaimId(const In& at, std::map<int, std::string>& ids, int id) {
+  const auto [it, fresh] = ids.emplace(id, at.path);
+  if (!fresh) Fail(at, "id " + std::to_string(id) + " is used already by " + it->second);
+}
+
+void ReadLayerSwitches(const In& at, Layer& layer) {
+  LayerSwitches& s = layer.switches;
+  Read(at, "video", s.video);
+  Read(at, "audio", s.audio);
+  Read(at, "locked", s.locked);
+  Read(at, "shy", s.shy);
+  Read(at, "solo", s.solo);
+  Read(at, "adjustment", s.adjustment);
+  Read(at, "motionBlur", s.motionBlur);
+  if (IsViewer(layer.objectType)) {
+    s.threeD = true;
+    s.autoOrient = DefaultAutoOrient(layer.objectType);
+    if (Has(at, "autoOrient")) s.autoOrient = Choice(Member(at, "autoOrient"), kAutoOrient);
+  } else {
+    Read(at, "threeD", s.threeD);
+    Read(at, "null", s.nullLayer);
+  }
+}
+
+void ReadCameraGroup(const In& at, Layer& layer) {
+  if (!at.value.isObject()) Fail(at, "expected an object");
+  Json::Value streams(Json::objectValue);
+  for (const auto& key : at.value.getMemberNames()) {
+    const In member = Member(at, key);
+    if (key == "type") {
+      layer.camera.type = Choice(member, kCameraTypes);
+    } else if (key == "filmSize") {
+      layer.camera.filmSize = Positive(member);
+    } else if (key == "filmSizeUnits") {
+      layer.camera.filmSizeUnits = Choice(member, kFilmSizeUnits);
+    } else {
+      streams[key] = at.value[key];
+    }
+  }
+  ReadStreamGroup({streams, at.path, at.source}, kCameraOptions, layer);
+}
+
+void ReadLightGroup(const In& at, Layer& layer) {
+  if (!at.value.isObject()) Fail(at, "expected an object");
+  Json::Value streams(Json::objectValue);
+  for (const auto& key : at.value.getMemberNames()) {
+    if (key == "type") {
+      layer.light.type = Choice(Member(at, key), kLightTypes);
+    } else {
+      streams[key] = at.value[key];
+    }
+  }
+  ReadStreamGroup({streams, at.path, at.source}, kLightOptions, layer);
+}
+
+std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
+  RequireObject(at, {"id", "name", "type", "source", "parent", "video", "audio", "locked", "shy",
+                     "solo", "threeD", "adjustment", "motionBlur", "null", "autoOrient",
+                     "startTime", "inPoint", "duration", "stretch", "markers", "transform",
+                     "camera", "light"});
+  auto layer = std::make_unique<Layer>();
+  RequireMember(at, "id");
+  layer->id = Integer(Member(at, "id"), 1, 1 << 30);
+  ClaimId(at, pending.layerIds, layer->id);
+  Read(at, "name", layer->name);
+  if (Has(at, "type")) layer->objectType = Choice(Member(at, "type"), kLayerTypes);
+  const bool viewer = IsViewer(layer->objectType);
+  const bool av = layer->objectType == LayerObjectType::AudioVideo;
+  for (const char* key : {"threeD", "null"}) {
+    if (viewer && Has(at, key)) Fail(Member(at, key), "cameras and lights have no such switch");
+  }
+  if (!viewer && Has(at, "autoOrient")) {
+    Fail(Member(at, "autoOrient"), "only cameras and lights turn towards a point of interest");
+  }
+  if (!av && Has(at, "source")) Fail(Member(at, "source"), "only audio/video layers have a source");
+  if (layer->objectType != LayerObjectType::Camera && Has(at, "camera")) {
+    Fail(Member(at, "camera"), "only camera layers have camera settings");
+  }
+  if (layer->objectType != LayerObjectType::Light && Has(at, "light")) {
+    Fail(Member(at, "light"), "only light layers have light settings");
+  }
+  ReadLayerSwitches(at, *layer);
+  layer->duration = comp.duration;
+  Read(at, "startTime", layer->startTime);
+  Read(at, "inPoint", layer->inPoint);
+  if (Has(at, "duration")) layer->duration = NumberIn(Member(at, "duration"), 0, 1e9);
+  if (Has(at, "stretch")) {
+    layer->stretch = Number(Member(at, "stretch"));
+    if (layer->stretch == 0.0) Fail(Member(at, "stretch"), "must not be 0");
+  }
+  if (Has(at, "markers")) layer->markers = ReadMarkers(Member(at, "markers"));
+  if (Has(at, "transform")) {
+    ReadStreamGroup(Member(at, "transform"), TransformNames(layer->objectType), *layer);
+  }
+  if (Has(at, "camera")) ReadCameraGroup(Member(at, "camera"), *layer);
+  if (Has(at, "light")) ReadLightGroup(Member(at, "light"), *layer);
+  if (Has(at, "source")) {
+    const In source = Member(at, "source");
+    layer->sourceId = Integer(source, 1, 1 << 30);
+    pending.sources.push_back({{source.path, layer->sourceId}, {&comp, layer.get()}});
+  }
+  if (Has(at, "parent")) {
+    const In parent = Member(at, "parent");
+    layer->parentId = Integer(parent, 1, 1 << 30);
+    pending.parents.push_back({{parent.path, layer->parentId}, {&comp, layer.get()}});
+  }
+  return layer;
+}
+
+Item& ReadItemBase(const In& at, ItemKind kind, Project& project, Pending& pending) {
+  auto item = std::make_unique<Item>();
+  item->kind = kind;
+  RequireMember(at, "id");
+  item->id = Integer(Member(at, "id"), 1, 1 << 30);
+  ClaimId(at, pending.itemIds, item->id);
+  Read(at, "name", item->name);
+  if (Has(at, "folder")) {
+    const In folder = Member(at, "folder");
+    item->folderId = Integer(folder, 0, 1 << 30);
+    pending.folders.push_back({{folder.path, item->folderId}, item.get()});
+  }
+  project.items.push_back(std::move(item));
+  return *project.items.back();
+}
+
+void ReadFolder(const In& at, Project& project, Pending& pending) {
+  RequireObject(at, {"id", "name", "folder"});
+  ReadItemBase(at, ItemKind::Folder, project, pending);
+}
+
+void ReadSize(const In& at, Item& item, int low) {
+  RequireMember(at, "width");
+  RequireMember(at, "height");
+  item.width = Integer(Member(at, "width"), low, 30000);
+  item.height = Integer(Member(at, "height"), low, 30000);
+  if (Has(at, "pixelAspect")) item.pixelAspect = Positive(Member(at, "pixelAspect"));
+}
+
+void ReadFootageSource(const In& at, Item& item) {
+  int kinds = 0;
+  for (const char* key : {"file", "sequence", "solid"}) kinds += Has(at, key) ? 1 : 0;
+  if (kinds != 1) Fail(at, "footage needs exactly one of \"file\", \"sequence\" and \"solid\"");
+  Footage& footage = item.footage;
+  if (Has(at, "file")) {
+    footage.kind = FootageKind::File;
+    footage.path = Text(Member(at, "file"));
+  } else if (Has(at, "sequence")) {
+    const In sequence = Member(at, "sequence");
+    RequireObject(sequence, {"first", "count"});
+    RequireMember(sequence, "first");
+    RequireMember(sequence, "count");
+    footage.kind = FootageKind::Sequence;
+    footage.path = Text(Member(sequence, "first"));
+    footage.fileCount = Integer(Member(sequence, "count"), 1, 10000000);
+  } else {
+    const In solid = Member(at, "solid");
+    RequireObject(solid, {"color"});
+    RequireMember(solid, "color");
+    footage.kind = FootageKind::Solid;
+    footage.color = ReadColor(Member(solid, "color"));
+  }
+}
+
+void ReadFootage(const In& at, Project& project, Pending& pending) {
+  RequireObject(at, {"id", "name", "folder", "width", "height", "pixelAspect", "duration",
+                     "frameRate", "file", "sequence", "solid", "proxy"});
+  Item& item = ReadItemBase(at, ItemKind::Footage, project, pending);
+  ReadFootageSource(at, item);
+  ReadSize(at, item, item.footage.kind == FootageKind::Solid ? 1 : 0);
+  if (Has(at, "duration")) item.duration = NumberIn(Member(at, "duration"), 0, 1e9);
+  if (Has(at, "frameRate")) item.frameRate = NumberIn(Member(at, "frameRate"), 0, 1000);
+  Read(at, "proxy", item.footage.proxyPath);
+}
+
+void ReadComp(const In& at, Project& project, Pending& pending) {
+  RequireObject(at, {"id", "name", "folder", "width", "height", "pixelAspect", "frameRate",
+                     "duration", "displayStart", "workArea", "background", "markers",
+                     "layers"});
+  Item& item = ReadItemBase(at, ItemKind::Composition, project, pending);
+  ReadSize(at, item, 1);
+  RequireMember(at, "frameRate");
+  RequireMember(at, "duration");
+  item.frameRate = NumberIn(Member(at, "frameRate"), 0.01, 1000);
+  item.duration = Positive(Member(at, "duration"));
+  Composition& comp = item.comp;
+  Read(at, "displayStart", comp.displayStart);
+  comp.workAreaDuration = item.duration;
+  if (Has(at, "workArea")) {
+    const In area = Member(at, "workArea");
+    RequireObject(area, {"start", "duration"});
+    Read(area, "start", comp.workAreaStart);
+    if (Has(area, "duration")) comp.workAreaDuration = Positive(Member(area, "duration"));
+  }
+  if (Has(at, "background")) comp.background = ReadColor(Member(at, "background"));
+  if (Has(at, "markers")) comp.markers = ReadMarkers(Member(at, "markers"));
+  if (Has(at, "layers")) {
+    const In layers = Member(at, "layers");
+    const Json::Value& array = RequireArray(layers);
+    for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
+      comp.layers.push_back(ReadLayer(Element(layers, i), item, pending));
+    }
+  }
+}
+
+void CheckFolders(const Project& project, const Pending& pending, const std::string& source) {
+  const Json::Value none;
+  for (const auto& [reference, item] : pending.folders) {
+    const In at{none, reference.path, source};
+    const Item* folder = FindItem(project, reference.id);
+    if (folder == nullptr || folder->kind != ItemKind::Folder) {
+      Fail(at, "no folder has the id " + std::to_string(reference.id));
+    }
+    // Going up from the item must reach the root.
+    const Item* up = folder;
+    for (std::size_t steps = 0; up != nullptr && up->id != kRootFolderId; ++steps) {
+      if (up == item || steps > project.items.size()) Fail(at, "folders must not hold themselves");
+      up = FindItem(project, up->folderId);
+    }
+  }
+}
+
+// True if `comp` uses `target`, directly or through its precompositions.
+bool Uses(const Project& project, const Item& comp, const Item& target, std::size_t depth) {
+  if (depth > project.items.size()) return true;
+  for (const auto& layer : comp.comp.layers) {
+    const Item* source = FindItem(project, layer->sourceId);
+    if (source == nullptr || source->kind != ItemKind::Composition) continue;
+    if (source == &target || Uses(project, *source, target, depth + 1)) return true;
+  }
+  return false;
+}
+
+void CheckSources(const Project& project, const Pending& pending, const std::string& source) {
+  const Json::Value none;
+  for (const auto& [reference, owner] : pending.sources) {
+    const In at{none, reference.path, source};
+    const Item* item = FindItem(project, reference.id);
+    if (item == nullptr || item->kind == ItemKind::Folder) {
+      Fail(at, "no footage or composition has the id " + std::to_string(reference.id));
+    }
+    if (item == owner.first || (item->kind == ItemKind::Composition &&
+                                Uses(project, *item, *owner.first, 0))) {
+      Fail(at, "a composition must not contain itself");
+    }
+  }
+}
+
+void CheckParents(const Pending& pending, const std::string& source) {
+  const Json::Value none;
+  for (const auto& [reference, owner] : pending.parents) {
+    const In at{none, reference.path, source};
+    const Item& comp = *owner.first;
+    const Layer* parent = FindLayer(comp, reference.id);
+    if (parent == nullptr) {
+      Fail(at, "no layer of this composition has the id " + std::to_string(reference.id));
+    }
+    for (std::size_t steps = 0; parent != nullptr; ++steps) {
+      if (parent == owner.second || steps > comp.comp.layers.size()) {
+        Fail(at, "a layer must not be its own parent, directly or through others");
+      }
+      parent = parent->parentId != 0 ? FindLayer(comp, parent->parentId) : nullptr;
+    }
+  }
+}
+
+template <typename F>
+void ReadList(const In& top, const char* key, F read) {
+  if (!Has(top, key)) return;
+  const In list = Member(top, key);
+  const Json::Value& array = RequireArray(list);
+  for (Json::ArrayIndex i = 0; i < array.size(); ++i) read(Element(list, i));
+}
+
+Project ReadTop(const In& top) {
+  RequireObject(top, {"format", "version", "path", "folders", "footage", "comps"});
+  RequireMember(top, "format");
+  RequireMember(top, "version");
+  if (Text(Member(top, "format")) != kFormatName) {
+    Fail(Member(top, "format"), std::string("expected \"") + kFormatName + "\"");
+  }
+  const int version = Integer(Member(top, "version"), 1, 1 << 30);
+  if (version != kProjectFormatVersion) {
+    Fail(Member(top, "version"), "version " + std::to_string(version) +
+                                     " is not supported; this host reads version " +
+                                     std::to_string(kProjectFormatVersion));
+  }
+  Project project = NewProject();
+  Read(top, "path", project.path);
+  Pending pending;
+  ReadList(top, "folders", [&](const In& at) { ReadFolder(at, project, pending); });
+  ReadList(top, "footage", [&](const In& at) { ReadFootage(at, project, pending); });
+  ReadList(top, "comps", [&](const In& at) { ReadComp(at, project, pending); });
+  CheckFolders(project, pending, top.source);
+  CheckSources(project, pending, top.source);
+  CheckParents(pending, top.source);
+  if (!pending.itemIds.empty()) project.nextItemId = pending.itemIds.rbegin()->first + 1;
+  if (!pending.layerIds.empty()) project.nextLayerId = pending.layerIds.rbegin()->first + 1;
+  return project;
+}
+
+// ---------------------------------------------------------------- writing
+
+Json::Value WriteValue(const Value& value, StreamKind kind) {
+  const int dims = Dimensions(kind);
+  if (dims == 1) return value[0];
+  Json::Value array(Json::arrayValue);
+  const int count = kind == StreamKind::Color && value[3] == 1.0 ? 3 : dims;
+  for (int i = 0; i < count; ++i) array.append(value[i]);
+  return array;
+}
+
+Json::Value WriteColor(const Value& value) { return WriteValue(value, StreamKind::Color); }
+
+void WriteEases(Json::Value& key, const char* name, const std::array<Ease, 3>& eases,
+                StreamKind kind) {
+  const int dims = TemporalDimensions(kind);
+  bool plain = true;
+  for (int i = 0; i < dims; ++i) plain = plain && eases[static_cast<std::size_t>(i)] == Ease{};
+  if (plain) return;
+  Json::Value array(Json::arrayValue);
+  for (int i = 0; i < dims; ++i) {
+    const Ease& ease = eases[static_cast<std::size_t>(i)];
+    Json::Value entry(Json::objectValue);
+    if (ease.speed != Ease{}.speed) entry["speed"] = ease.speed;
+    if (ease.influence != Ease{}.influence) entry["influence"] = ease.influence;
+    array.append(entry);
+  }
+  key[name] = array;
+}
+
+Json::Value WriteKey(const Keyframe& key, StreamKind kind) {
+  Json::Value out(Json::objectValue);
+  out["time"] = key.time;
+  out["value"] = WriteValue(key.value, kind);
+  if (key.in != Interpolation::Linear) out["in"] = TextOf(kInterpolations, key.in);
+  if (key.out != Interpolation::Linear) out["out"] = TextOf(kInterpolations, key.out);
+  WriteEases(out, "easeIn", key.easeIn, kind);
+  WriteEases(out, "easeOut", key.easeOut, kind);
+  if (key.inTangent != Value{}) out["inTangent"] = WriteValue(key.inTangent, kind);
+  if (key.outTangent != Value{}) out["outTangent"] = WriteValue(key.outTangent, kind);
+  return out;
+}
+
+Json::Value WriteStream(const Stream& stream) {
+  if (stream.keys.empty() && stream.expression.empty() && stream.expressionEnabled) {
+    return WriteValue(stream.value, stream.kind);
+  }
+  Json::Value out(Json::objectValue);
+  if (stream.keys.empty() || stream.value != stream.keys.front().value) {
+    out["value"] = WriteValue(stream.value, stream.kind);
+  }
+  if (!stream.keys.empty()) {
+    Json::Value keys(Json::arrayValue);
+    for (const auto& key : stream.keys) keys.append(WriteKey(key, stream.kind));
+    out["keys"] = keys;
+  }
+  if (!stream.expression.empty()) out["expression"] = stream.expression;
+  if (!stream.expressionEnabled) out["expressionEnabled"] = false;
+  return out;
+}
+
+void WriteStreamGroup(const Layer& layer, std::span<const Name<LayerStream>> names,
+                      Json::Value& group) {
+  for (const auto& name : names) {
+    const auto found = layer.streams.find(name.value);
+    if (found != layer.streams.end()) group[name.text] = WriteStream(found->second);
+  }
+}
+
+Json::Value WriteMarkers(const std::vector<Marker>& markers) {
+  Json::Value out(Json::arrayValue);
+  for (const auto& marker : markers) {
+    Json::Value entry(Json::objectValue);
+    entry["time"] = marker.time;
+    if (marker.duration != 0.0) entry["duration"] = marker.duration;
+    if (!marker.comment.empty()) entry["comment"] = marker.comment;
+    out.append(entry);
+  }
+  return out;
+}
+
+void WriteSwitches(const Layer& layer, Json::Value& out) {
+  const LayerSwitches& s = layer.switches;
+  const LayerSwitches plain;
+  if (s.video != plain.video) out["video"] = s.video;
+  if (s.audio != plain.audio) out["audio"] = s.audio;
+  if (s.locked) out["locked"] = true;
+  if (s.shy) out["shy"] = true;
+  if (s.solo) out["solo"] = true;
+  if (s.adjustment) out["adjustment"] = true;
+  if (s.motionBlur) out["motionBlur"] = true;
+  if (IsViewer(layer.objectType)) {
+    if (s.autoOrient != DefaultAutoOrient(layer.objectType)) {
+      out["autoOrient"] = TextOf(kAutoOrient, s.autoOrient);
+    }
+  } else {
+    if (s.threeD) out["threeD"] = true;
+    if (s.nullLayer) out["null"] = true;
+  }
+}
+
+void WriteViewerGroups(const Layer& layer, Json::Value& out) {
+  if (layer.objectType == LayerObjectType::Camera) {
+    Json::Value camera(Json::objectValue);
+    const CameraSettings plain;
+    if (layer.camera.type != plain.type) camera["type"] = TextOf(kCameraTypes, layer.camera.type);
+    if (layer.camera.filmSize != plain.filmSize) camera["filmSize"] = layer.camera.filmSize;
+    if (layer.camera.filmSizeUnits != plain.filmSizeUnits) {
+      camera["filmSizeUnits"] = TextOf(kFilmSizeUnits, layer.camera.filmSizeUnits);
+    }
+    WriteStreamGroup(layer, kCameraOptions, camera);
+    if (!camera.empty()) out["camera"] = camera;
+  } else if (layer.objectType == LayerObjectType::Light) {
+    Json::Value light(Json::objectValue);
+    if (layer.light.type != LightSettings{}.type) {
+      light["type"] = TextOf(kLightTypes, layer.light.type);
+    }
+    WriteStreamGroup(layer, kLightOptions, light);
+    if (!light.empty()) out["light"] = light;
+  }
+}
+
+Json::Value WriteLayer(const Layer& layer, const Item& comp) {
+  Json::Value out(Json::objectValue);
+  out["id"] = layer.id;
+  if (!layer.name.empty()) out["name"] = layer.name;
+  if (layer.objectType != LayerObjectType::AudioVideo) {
+    out["type"] = TextOf(kLayerTypes, layer.objectType);
+  }
+  if (layer.sourceId != 0) out["source"] = layer.sourceId;
+  if (layer.parentId != 0) out["parent"] = layer.parentId;
+  WriteSwitches(layer, out);
+  if (layer.startTime != 0.0) out["startTime"] = layer.startTime;
+  if (layer.inPoint != 0.0) out["inPoint"] = layer.inPoint;
+  if (layer.duration != comp.duration) out["duration"] = layer.duration;
+  if (layer.stretch != 1.0) out["stretch"] = layer.stretch;
+  if (!layer.markers.empty()) out["markers"] = WriteMarkers(layer.markers);
+  Json::Value transform(Json::objectValue);
+  WriteStreamGroup(layer, TransformNames(layer.objectType), transform);
+  if (!transform.empty()) out["transform"] = transform;
+  WriteViewerGroups(layer, out);
+  return out;
+}
+
+Json::Value WriteItemBase(const Item& item) {
+  Json::Value out(Json::objectValue);
+  out["id"] = item.id;
+  if (!item.name.empty()) out["name"] = item.name;
+  if (item.folderId != kRootFolderId) out["folder"] = item.folderId;
+  return out;
+}
+
+void WriteSize(const Item& item, Json::Value& out) {
+  out["width"] = item.width;
+  out["height"] = item.height;
+  if (item.pixelAspect != 1.0) out["pixelAspect"] = item.pixelAspect;
+}
+
+Json::Value WriteFootage(const Item& item) {
+  Json::Value out = WriteItemBase(item);
+  WriteSize(item, out);
+  if (item.duration != 0.0) out["duration"] = item.duration;
+  if (item.frameRate != 0.0) out["frameRate"] = item.frameRate;
+  const Footage& footage = item.footage;
+  if (!footage.proxyPath.empty()) out["proxy"] = footage.proxyPath;
+  switch (footage.kind) {
+    case FootageKind::File:
+      out["file"] = footage.path;
+      break;
+    case FootageKind::Sequence:
+      out["sequence"]["first"] = footage.path;
+      out["sequence"]["count"] = footage.fileCount;
+      break;
+    case FootageKind::Solid:
+      out["solid"]["color"] = WriteColor(footage.color);
+      break;
+  }
+  return out;
+}
+
+Json::Value WriteComp(const Item& item) {
+  Json::Value out = WriteItemBase(item);
+  WriteSize(item, out);
+  out["frameRate"] = item.frameRate;
+  out["duration"] = item.duration;
+  const Composition& comp = item.comp;
+  if (comp.displayStart != 0.0) out["displayStart"] = comp.displayStart;
+  if (comp.workAreaStart != 0.0) out["workArea"]["start"] = comp.workAreaStart;
+  if (comp.workAreaDuration != item.duration) out["workArea"]["duration"] = comp.workAreaDuration;
+  if (comp.background != Composition{}.background) out["background"] = WriteColor(comp.background);
+  if (!comp.markers.empty()) out["markers"] = WriteMarkers(comp.markers);
+  if (!comp.layers.empty()) {
+    Json::Value layers(Json::arrayValue);
+    for (const auto& layer : comp.layers) layers.append(WriteLayer(*layer, item));
+    out["layers"] = layers;
+  }
+  return out;
+}
+
+}  // namespace
+
+Project ReadProject(const std::string& jsonText, const std::string& sourceName) {
+  Json::CharReaderBuilder builder;
+  Json::CharReaderBuilder::strictMode(&builder.settings_);
+  const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+  Json::Value root;
+  std::string errors;
+  if (!reader->parse(jsonText.data(), jsonText.data() + jsonText.size(), &root, &errors)) {
+    throw ProjectFormatError(sourceName + ": not valid JSON: " + errors);
+  }
+  return ReadTop({root, "", sourceName});
+}
+
+Project LoadProjectFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw ProjectFormatError(path + ": cannot be opened");
+  std::ostringstream text;
+  text << file.rdbuf();
+  return ReadProject(text.str(), path);
+}
+
+std::string WriteProject(const Project& project) {
+  Json::Value top(Json::objectValue);
+  top["format"] = kFormatName;
+  top["version"] = kProjectFormatVersion;
+  if (!project.path.empty()) top["path"] = project.path;
+  Json::Value folders(Json::arrayValue), footage(Json::arrayValue), comps(Json::arrayValue);
+  for (const auto& item : project.items) {
+    if (item->id == kRootFolderId) continue;
+    switch (item->kind) {
+      case ItemKind::Folder:
+        folders.append(WriteItemBase(*item));
+        break;
+      case ItemKind::Footage:
+        footage.append(WriteFootage(*item));
+        break;
+      case ItemKind::Composition:
+        comps.append(WriteComp(*item));
+        break;
+    }
+  }
+  if (!folders.empty()) top["folders"] = folders;
+  if (!footage.empty()) top["footage"] = footage;
+  if (!comps.empty()) top["comps"] = comps;
+  return FormatJson(top);
+}
+
+void SaveProjectFile(const Project& project, const std::string& path) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file << WriteProject(project);
+  if (!file) throw ProjectFormatError(path + ": cannot be written");
+}
+
+}  // namespace aehost

@@ -1,0 +1,163 @@
+// Keyframe interpolation against values worked out by hand from the host's
+// documented ease model: a temporal Bezier through (t0, v0),
+// (t0 + infl * D, v0 + speed * infl * D), (t1 - infl * D, v1 - speed * infl * D), (t1, v1).
+#include <gtest/gtest.h>
+
+#include "aehost/model/evaluate.h"
+#include "model_fixture.h"
+
+namespace aehost {
+namespace {
+
+constexpr double kThird = 100.0 / 3.0;  // an influence that makes time run linearly in u
+
+Keyframe Key(double time, const Value& value, Interpolation in = Interpolation::Linear,
+             Interpolation out = Interpolation::Linear) {
+  Keyframe key;
+  key.time = time;
+  key.value = value;
+  key.in = in;
+  key.out = out;
+  return key;
+}
+
+Stream OneD(std::vector<Keyframe> keys) {
+  Stream stream;
+  stream.kind = StreamKind::OneD;
+  stream.keys = std::move(keys);
+  return stream;
+}
+
+void ExpectNear(const Value& actual, const Value& expected, double tolerance = 1e-9) {
+  for (int i = 0; i < 4; ++i) EXPECT_NEAR(actual[i], expected[i], tolerance) << "component " << i;
+}
+
+TEST(InterpolateLinear, BetweenBeforeAfterAndAtKeys) {
+  const Stream stream = OneD({Key(0.0, V(0.0)), Key(2.0, V(10.0)), Key(3.0, V(4.0))});
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 0.5)[0], 2.5);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 2.5)[0], 7.0);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, -1.0)[0], 0.0);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 9.0)[0], 4.0);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 2.0)[0], 10.0);
+}
+
+TEST(InterpolateLinear, NoKeysGivesTheStaticValue) {
+  Stream stream;
+  stream.value = V(7.0);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 3.0)[0], 7.0);
+}
+
+TEST(InterpolateHold, KeepsTheValueUntilTheNextKey) {
+  const Stream stream = OneD({Key(0.0, V(5.0), Interpolation::Linear, Interpolation::Hold),
+                              Key(1.0, V(9.0)), Key(2.0, V(11.0))});
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 0.999)[0], 5.0);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 1.0)[0], 9.0);
+  EXPECT_DOUBLE_EQ(InterpolateKeys(stream, 1.5)[0], 10.0);  // the next segment is linear again
+}
+
+TEST(InterpolateEase, ZeroSpeedWithAThirdInfluenceIsSmoothstep) {
+  Keyframe k0 = Key(0.0, V(0.0), Interpolation::Linear, Interpolation::Bezier);
+  Keyframe k1 = Key(1.0, V(10.0), Interpolation::Bezier, Interpolation::Linear);
+  k0.easeOut[0] = {0.0, kThird};
+  k1.easeIn[0] = {0.0, kThird};
+  const Stream stream = OneD({k0, k1});
+  // u = t, value = 10 * (3u^2 - 2u^3)
+  EXPECT_NEAR(InterpolateKeys(stream, 0.25)[0], 1.5625, 1e-9);
+  EXPECT_NEAR(InterpolateKeys(stream, 0.5)[0], 5.0, 1e-9);
+  EXPECT_NEAR(InterpolateKeys(stream, 0.75)[0], 8.4375, 1e-9);
+}
+
+TEST(InterpolateEase, OutgoingSpeedAgainstALinearSide) {
+  Keyframe k0 = Key(0.0, V(0.0), Interpolation::Linear, Interpolation::Bezier);
+  k0.easeOut[0] = {20.0, kThird};
+  const Stream stream = OneD({k0, Key(1.0, V(10.0))});
+  // P1 = (1/3, 20/3), P2 = (2/3, 20/3) on the straight line: value = 20u(1-u) + 10u^3
+  EXPECT_NEAR(InterpolateKeys(stream, 0.5)[0], 6.25, 1e-9);
+}
+
+TEST(InterpolateEase, IncomingEaseAgainstALinearSide) {
+  Keyframe k1 = Key(1.0, V(10.0), Interpolation::Bezier, Interpolation::Linear);
+  k1.easeIn[0] = {0.0, kThird};
+  const Stream stream = OneD({Key(0.0, V(0.0)), k1});
+  // P1 = (1/3, 10/3), P2 = (2/3, 10): 10(1-u)^2 u + 30(1-u)u^2 + 10u^3 at u = 1/2
+  EXPECT_NEAR(InterpolateKeys(stream, 0.5)[0], 6.25, 1e-9);
+}
+
+TEST(InterpolateEase, FullInfluenceStaysSymmetric) {
+  Keyframe k0 = Key(0.0, V(0.0), Interpolation::Linear, Interpolation::Bezier);
+  Keyframe k1 = Key(2.0, V(8.0), Interpolation::Bezier, Interpolation::Linear);
+  k0.easeOut[0] = {0.0, 100.0};
+  k1.easeIn[0] = {0.0, 100.0};
+  // Time runs as 1 + 8 (u - 1/2)^3 here: flat in the middle, so u is found
+  // only to about the cube root of the rounding error.
+  EXPECT_NEAR(InterpolateKeys(OneD({k0, k1}), 1.0)[0], 4.0, 1e-4);
+}
+
+TEST(InterpolateEase, ScaleEasesEachDimensionOnItsOwn) {
+  Stream stream;
+  stream.kind = StreamKind::ThreeD;
+  Keyframe k0 = Key(0.0, V(0, 0, 0), Interpolation::Linear, Interpolation::Bezier);
+  Keyframe k1 = Key(1.0, V(10, 10, 10), Interpolation::Bezier, Interpolation::Linear);
+  k0.easeOut = {Ease{0.0, kThird}, Ease{30.0, kThird}, Ease{0.0, kThird}};
+  k1.easeIn = {Ease{0.0, kThird}, Ease{0.0, kThird}, Ease{0.0, kThird}};
+  stream.keys = {k0, k1};
+  const Value v = InterpolateKeys(stream, 0.5);
+  EXPECT_NEAR(v[0], 5.0, 1e-9);   // smoothstep
+  EXPECT_NEAR(v[1], 8.75, 1e-9);  // P1 = (1/3, 10), P2 = (2/3, 10)
+  EXPECT_NEAR(v[2], 5.0, 1e-9);
+}
+
+TEST(InterpolateSpatial, StraightPathAtConstantSpeed) {
+  Stream stream;
+  stream.kind = StreamKind::ThreeDSpatial;
+  stream.keys = {Key(0.0, V(0, 0, 0)), Key(1.0, V(30, 40, 0))};
+  ExpectNear(InterpolateKeys(stream, 0.5), V(15, 20, 0));
+}
+
+TEST(InterpolateSpatial, EaseWorksOnTheDistanceAlongThePath) {
+  Stream stream;
+  stream.kind = StreamKind::ThreeDSpatial;
+  Keyframe k0 = Key(0.0, V(0, 0, 0), Interpolation::Linear, Interpolation::Bezier);
+  Keyframe k1 = Key(1.0, V(30, 40, 0), Interpolation::Bezier, Interpolation::Linear);
+  k0.easeOut[0] = {0.0, kThird};
+  k1.easeIn[0] = {0.0, kThird};
+  stream.keys = {k0, k1};
+  // 50 pixels of path, smoothstep(0.25) = 0.15625 of it, along (0.6, 0.8)
+  ExpectNear(InterpolateKeys(stream, 0.25), V(4.6875, 6.25, 0));
+}
+
+TEST(InterpolateSpatial, CurvedPathPassesItsMiddleHalfway) {
+  Stream stream;
+  stream.kind = StreamKind::ThreeDSpatial;
+  Keyframe k0 = Key(0.0, V(0, 0, 0));
+  Keyframe k1 = Key(1.0, V(10, 0, 0));
+  k0.outTangent = V(0, 10, 0);
+  k1.inTangent = V(0, 10, 0);
+  stream.keys = {k0, k1};
+  // A symmetric arc: half its length lies at u = 1/2, the point (5, 7.5).
+  ExpectNear(InterpolateKeys(stream, 0.5), V(5, 7.5, 0), 1e-3);
+  // Away from the middle it leaves the straight line.
+  EXPECT_GT(InterpolateKeys(stream, 0.25)[1], 1.0);
+}
+
+TEST(InterpolateOrientation, TurnsAlongTheShortestWay) {
+  Stream stream;
+  stream.kind = StreamKind::Orientation;
+  stream.keys = {Key(0.0, V(0, 0, 0)), Key(1.0, V(0, 0, 90))};
+  ExpectNear(InterpolateKeys(stream, 0.5), V(0, 0, 45), 1e-9);
+  stream.keys = {Key(0.0, V(0, 0, 350)), Key(1.0, V(0, 0, 10))};
+  const Value middle = InterpolateKeys(stream, 0.5);
+  // Through 0, not through 180 as a component-wise mix would go.
+  EXPECT_NEAR(std::min(middle[2], 360.0 - middle[2]), 0.0, 1e-9);
+  EXPECT_NEAR(InterpolateKeys(stream, 0.25)[2], 355.0, 1e-9);
+}
+
+TEST(InterpolateColor, MixesAllComponentsAlongOneEase) {
+  Stream stream;
+  stream.kind = StreamKind::Color;
+  stream.keys = {Key(0.0, V(1, 0, 0, 1)), Key(1.0, V(0, 0, 1, 1))};
+  ExpectNear(InterpolateKeys(stream, 0.5), V(0.5, 0, 0.5, 1));
+}
+
+}  // namespace
+}  // namespace aehost

@@ -1,0 +1,28 @@
+// A small project for the model's tests: a 200 x 100 composition at 25
+// frames per second, 10 seconds long, and a 40 x 20 solid.
+#pragma once
+
+#include "aehost/model/edit.h"
+
+namespace aehost {
+
+struct SmallProject {
+  Project project = NewProject();
+  Item* comp = nullptr;
+
+  SmallProject() { comp = &AddComp(project, "Comp", 200, 100, 1.0, 10.0, 25.0); }
+
+  Layer& Solid() {
+    return AddSolidLayer(project, *comp, "Solid", 40, 20, MakeValue(0.5, 0.5, 0.5, 1.0));
+  }
+
+  void Set(Layer& layer, LayerStream id, double x, double y = 0.0, double z = 0.0) {
+    SetStreamValue(project, *comp, layer, id, MakeValue(x, y, z));
+  }
+};
+
+inline Value V(double x, double y = 0.0, double z = 0.0, double w = 0.0) {
+  return MakeValue(x, y, z, w);
+}
+
+}  // namespace aehost
