@@ -10,14 +10,13 @@ const Table* FrameSuite(const char* name, int32_t version) {
   return CurrentCTI()->Suite<Table>(name, version);
 }
 
-// The UTF-8 form of a text that the host handed over in a handle; the handle is freed.
+}  // namespace
+
 std::string TakeHandleText(AEGP_MemHandle handle) {
   std::u16string text;
   if (handle) ReadUtf16Handle(*CurrentCTI(), handle, &text);
   return EncodeUtf8(text);
 }
-
-}  // namespace
 
 const AEGP_LayerSuite13* LayerSuite13() {
   return FrameSuite<AEGP_LayerSuite13>(kAEGPLayerSuite, kAEGPLayerSuiteVersion13);

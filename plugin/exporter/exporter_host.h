@@ -26,3 +26,6 @@ AEGP_ObjectType LayerObjectType(AEGP_LayerH layer);
 
 // The layer's own name and its source's name, as UTF-8; empty when there is none.
 void LayerNames(AEGP_LayerH layer, std::string* layerName, std::string* sourceName);
+
+// The UTF-8 form of a text that the host handed over in a handle; the handle is freed.
+std::string TakeHandleText(AEGP_MemHandle handle);

@@ -78,6 +78,7 @@ bool CreateFromFootage(AEToOry& exporter, AEGP_LayerH layer, AEGP_ItemH source, 
   AEGP_FootageSignature signature = 0;
   FootageSuite11()->AEGP_GetFootageSignature(footage, &signature);
   if (signature == AEGP_FootageSignature_SOLID) return CreateSolidPlane(exporter, layer, source, err);
+  *err = CreateImagePlane(exporter, layer, source, footage);
   return true;
 }
 

@@ -23,6 +23,7 @@ constexpr int32_t VectorComponent_Y = 1001;
 constexpr int32_t VectorComponent_Z = 1002;
 
 // Object types.
+constexpr int32_t ObjectType_Polygon = 5100;
 constexpr int32_t ObjectType_Spline = 5101;
 constexpr int32_t ObjectType_Light = 5102;
 constexpr int32_t ObjectType_Camera = 5103;
