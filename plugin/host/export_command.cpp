@@ -33,6 +33,7 @@ struct DocumentScope {
 bool EnsureEngineStarted(CTI* cti) {
   if (g_engineStarted) return true;
   std::u16string path = EngineInstallFolder(*cti, g_pluginId);
+  LogEvent("RunExportCommand", "starting the engine in " + EncodeUtf8(path));
   if (!StartEngine(path)) {
     cti->AddError(1, kEngineMissingMessage);
     return false;

@@ -22,6 +22,24 @@ struct FakeHost {
   int cancelAtUpdate = -1;  // the update call (0-based) at which the user presses Cancel
   bool refuseProgressDialog = false;
 
+  // The project: the active item and its type (a composition when 2).
+  bool hasActiveItem = false;
+  AEGP_ItemType activeItemType = AEGP_ItemType_COMP;
+  std::string appFolder = "/nonexistent/AfterEffects";
+
+  // Registration.
+  A_Err uniqueCommandErr = A_Err_NONE;
+  AEGP_Command uniqueCommand = 42;
+  A_Err insertMenuErr = A_Err_NONE;
+  A_Err registerHookErr = A_Err_NONE;
+  std::vector<std::string> calls;  // in order, with their arguments
+  AEGP_CommandHook commandHook = nullptr;
+  AEGP_UpdateMenuHook updateMenuHook = nullptr;
+  AEGP_DeathHook deathHook = nullptr;
+  std::vector<unsigned char> fileKindBytes;
+  std::string extension;
+  int liveHandles = 0;  // memory handles given out and not yet freed
+
  private:
   SPBasicSuite pica_;
 };

@@ -55,7 +55,7 @@ TEST(Frames, AMissingSuiteIsRecordedAndThrown) {
   FrameScope frame(host.pica(), eQuillon_AEGP_CommandHook, 1);
   CTI* cti = CurrentCTI();
   try {
-    cti->Suite<AEGP_ItemSuite13>(kAEGPItemSuite, 13);
+    cti->Suite<AEGP_LayerSuite13>(kAEGPLayerSuite, 13);
     FAIL() << "a missing suite must throw";
   } catch (A_Err err) {
     EXPECT_EQ(err, 13);
