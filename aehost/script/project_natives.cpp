@@ -102,21 +102,6 @@ bool LooksThreeD(const Layer& layer) {
            layer.objectType == LayerObjectType::Light;
 }
 
-// How many numbers a script sees: a 2D layer's vectors have two, a 3D layer's
-// three, colours four; one-dimensional values are plain numbers.
-int ScriptDimensions(const Layer& layer, LayerStream id) {
-    switch (StreamKindOf(id)) {
-        case StreamKind::OneD: return 1;
-        case StreamKind::Color: return 4;
-        case StreamKind::Orientation: return 3;
-        case StreamKind::TwoD:
-        case StreamKind::TwoDSpatial: return 2;
-        case StreamKind::ThreeD:
-        case StreamKind::ThreeDSpatial: return LooksThreeD(layer) ? 3 : 2;
-    }
-    return 1;
-}
-
 void PushNumberProp(duk_context* ctx, const char* key, double value) {
     duk_push_number(ctx, value);
     duk_put_prop_string(ctx, -2, key);
@@ -390,8 +375,14 @@ duk_ret_t ValueAt(duk_context* ctx) {
     const Item& comp = CompArg(ctx, 0);
     const Layer& layer = LayerArg(ctx, comp, 1);
     const LayerStream id = StreamArg(ctx, layer, 2);
+    std::string error;
     const Value value = EvaluateStream(ProjectOf(ctx), comp, layer, id, duk_get_number(ctx, 3),
-                                       duk_to_boolean(ctx, 4));
+                                       duk_to_boolean(ctx, 4), &error);
+    // A script sees the value before a failing expression, as in the host; an
+    // expression that reads it fails too, so that a cycle of expressions ends.
+    if (!error.empty() && ContextOf(ctx).readOnly) {
+        throw std::runtime_error("the expression of \"" + ShownName(ProjectOf(ctx), layer) + "\" failed: " + error);
+    }
     PushValue(ctx, value, ScriptDimensions(layer, id));
     return 1;
 }
@@ -460,6 +451,21 @@ duk_ret_t CurrentTime(duk_context* ctx) {
 }
 
 }  // namespace
+
+// How many numbers a script sees: a 2D layer's vectors have two, a 3D layer's
+// three, colours four; one-dimensional values are plain numbers.
+int ScriptDimensions(const Layer& layer, LayerStream id) {
+    switch (StreamKindOf(id)) {
+        case StreamKind::OneD: return 1;
+        case StreamKind::Color: return 4;
+        case StreamKind::Orientation: return 3;
+        case StreamKind::TwoD:
+        case StreamKind::TwoDSpatial: return 2;
+        case StreamKind::ThreeD:
+        case StreamKind::ThreeDSpatial: return LooksThreeD(layer) ? 3 : 2;
+    }
+    return 1;
+}
 
 std::vector<NativeEntry> ProjectNatives() {
     return {

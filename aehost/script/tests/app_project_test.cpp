@@ -3,18 +3,12 @@
 #include "aehost/model/edit.h"
 #include "aehost/model/project.h"
 #include "aehost/script/script_engine.h"
-#include "aehost/script/tests/run_script.h"
+#include "aehost/script/tests/script_test_support.h"
 
 #include <gtest/gtest.h>
 
 namespace aehost {
 namespace {
-
-Value V(double x, double y, double z = 0.0) {
-    Value v;
-    v.v = {x, y, z, 0.0};
-    return v;
-}
 
 class AppProject : public ::testing::Test {
 protected:

@@ -1,7 +1,7 @@
 // The save dialog, File and the headless ScriptUI window, run through scripts as
 // the plug-in writes them.
 #include "aehost/script/script_engine.h"
-#include "aehost/script/tests/run_script.h"
+#include "aehost/script/tests/script_test_support.h"
 
 #include <gtest/gtest.h>
 

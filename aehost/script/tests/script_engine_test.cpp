@@ -1,5 +1,5 @@
 #include "aehost/script/script_engine.h"
-#include "aehost/script/tests/run_script.h"
+#include "aehost/script/tests/script_test_support.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
-// Running a script in a test: the result of one that must succeed, the error of
-// one that must fail.
+// What the tests share: running a script that must succeed or fail, and writing
+// a model value.
 #pragma once
 
+#include "aehost/model/value.h"
 #include "aehost/script/script_engine.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +24,12 @@ inline std::string RunFails(ScriptContext& context, const std::string& source) {
     EXPECT_FALSE(RunScript(context, source, &result, &error)) << "gave: " << result;
     EXPECT_EQ(result, "");
     return error;
+}
+
+inline Value V(double x, double y, double z = 0.0) {
+    Value v;
+    v.v = {x, y, z, 0.0};
+    return v;
 }
 
 }  // namespace aehost
