@@ -48,6 +48,19 @@ std::string ByteReader::String(const char* what) {
   return std::string(p, length);
 }
 
+std::u16string ByteReader::String16(const char* what) {
+  const std::size_t start = pos;
+  const std::uint32_t units = U32();
+  if (units > Remaining() / 2)
+    Fail(start, std::string(what) + " length " + std::to_string(units) + " units exceeds the " +
+                    std::to_string(Remaining()) + " bytes that remain");
+  const std::uint8_t* p = Take(std::size_t{units} * 2, what);
+  std::u16string text(units, u'\0');
+  for (std::uint32_t i = 0; i < units; ++i)
+    text[i] = static_cast<char16_t>(p[2 * i] | (p[2 * i + 1] << 8));
+  return text;
+}
+
 std::uint32_t ByteReader::Count(const char* what, std::size_t minItemBytes) {
   const std::size_t start = pos;
   const std::uint32_t count = U32();

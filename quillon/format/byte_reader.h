@@ -25,6 +25,8 @@ struct ByteReader {
   double F64();
   // A 32-bit byte count followed by the bytes; `what` names the item in an error.
   std::string String(const char* what);
+  // A 32-bit count of UTF-16 units followed by the units.
+  std::u16string String16(const char* what);
   // A 32-bit count of items that each take at least `minItemBytes` in the file. A count
   // that the remaining bytes cannot hold fails here, so that no caller ever reserves or
   // loops beyond what the file can justify.

@@ -19,11 +19,15 @@ struct ByteWriter {
   void F64(double v);
   // A 32-bit byte count followed by the bytes.
   void String(const std::string& text);
+  // A 32-bit count of UTF-16 units followed by the units, so that any text, even one
+  // with a lone surrogate, comes back unit for unit.
+  void String16(const std::u16string& text);
   void Raw(const void* data, std::size_t size);
 
   std::size_t Size() const { return bytes.size(); }
-  // Overwrites four bytes written earlier, for lengths known only after their content.
+  // Overwrite bytes written earlier, for lengths and sums known only after the content.
   void PatchU32(std::size_t offset, std::uint32_t v);
+  void PatchU64(std::size_t offset, std::uint64_t v);
 };
 
 }  // namespace quillon::format

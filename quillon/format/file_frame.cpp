@@ -8,7 +8,6 @@
 #include <string>
 
 #include "quillon/format/byte_reader.h"
-#include "quillon/format/byte_writer.h"
 
 namespace quillon::format {
 namespace {
@@ -42,16 +41,19 @@ std::string Printable(const std::uint8_t* p, std::size_t n) {
 
 }  // namespace
 
-std::vector<std::uint8_t> FrameBody(const std::vector<std::uint8_t>& body) {
-  ByteWriter w;
-  w.bytes.reserve(kFrameHeaderBytes + body.size());
+void BeginFrame(ByteWriter& w) {
   w.Raw(kSignature, 4);
   for (int shift = 24; shift >= 0; shift -= 8) w.U8(static_cast<std::uint8_t>(kIdent >> shift));
   w.U32(kFormatVersion);
-  w.U32(Checksum(body.data(), body.size()));
-  w.U64(body.size());
-  w.Raw(body.data(), body.size());
-  return std::move(w.bytes);
+  w.U32(0);  // checksum
+  w.U64(0);  // body length
+}
+
+void SealFrame(ByteWriter& w) {
+  const std::size_t bodySize = w.Size() - kFrameHeaderBytes;
+  w.PatchU32(8, kFormatVersion);
+  w.PatchU32(12, Checksum(w.bytes.data() + kFrameHeaderBytes, bodySize));
+  w.PatchU64(16, bodySize);
 }
 
 void CheckFrame(const std::uint8_t* data, std::size_t size) {

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "quillon/format/byte_writer.h"
+
 namespace quillon::format {
 
 // The first four bytes: one of the signatures by which a scene file is recognised.
@@ -15,8 +17,10 @@ inline constexpr std::uint32_t kIdent = 0x4F525936u;
 inline constexpr std::uint32_t kFormatVersion = 1;
 inline constexpr std::size_t kFrameHeaderBytes = 24;
 
-// Header followed by `body`.
-std::vector<std::uint8_t> FrameBody(const std::vector<std::uint8_t>& body);
+// Writes the header with room for the length and checksum; the body follows it.
+void BeginFrame(ByteWriter& w);
+// Fills in version, length and checksum of everything behind the header.
+void SealFrame(ByteWriter& w);
 // Checks the header, the length and the checksum of a whole file; throws FormatError
 // naming the offset. The body then starts at kFrameHeaderBytes.
 void CheckFrame(const std::uint8_t* data, std::size_t size);

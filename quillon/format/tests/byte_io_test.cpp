@@ -33,6 +33,7 @@ TEST(ByteIo, ReadsBackEveryPrimitiveBitForBit) {
   w.F64(std::numeric_limits<double>::denorm_min());
   w.String("Kamera \xC3\xA4");
   w.String("");
+  w.String16(u"\xD800 lone");
   ByteReader r = ReaderOf(w.bytes);
   EXPECT_EQ(r.U8(), 0xAB);
   EXPECT_EQ(r.I32(), std::numeric_limits<std::int32_t>::min());
@@ -42,6 +43,7 @@ TEST(ByteIo, ReadsBackEveryPrimitiveBitForBit) {
   EXPECT_EQ(r.F64(), std::numeric_limits<double>::denorm_min());
   EXPECT_EQ(r.String("name"), "Kamera \xC3\xA4");
   EXPECT_EQ(r.String("name"), "");
+  EXPECT_EQ(r.String16("name"), u"\xD800 lone");
   EXPECT_EQ(r.Remaining(), 0u);
 }
 
@@ -81,6 +83,16 @@ TEST(ByteIo, StringLongerThanTheRestIsRefusedBeforeAnyAllocation) {
     EXPECT_EQ(e.offset, 1u);
     EXPECT_STREQ(e.what(), "byte 1: node name length 4294967280 exceeds the 3 bytes that remain");
   }
+}
+
+TEST(ByteIo, Utf16TextIsTwoBytesAUnitLowByteFirst) {
+  ByteWriter w;
+  w.String16(u"A\u20AC");
+  const std::vector<std::uint8_t> expected = {2, 0, 0, 0, 'A', 0, 0xAC, 0x20};
+  EXPECT_EQ(w.bytes, expected);
+  w.bytes[0] = 3;
+  ByteReader r = ReaderOf(w.bytes);
+  EXPECT_THROW(r.String16("name"), FormatError);
 }
 
 TEST(ByteIo, CountsAreCheckedAgainstTheSmallestItemSize) {

@@ -10,7 +10,13 @@
 namespace quillon::format {
 namespace {
 
-std::vector<std::uint8_t> Bytes(const std::string& s) { return {s.begin(), s.end()}; }
+std::vector<std::uint8_t> FrameBody(const std::string& body) {
+  ByteWriter w;
+  BeginFrame(w);
+  w.Raw(body.data(), body.size());
+  SealFrame(w);
+  return w.bytes;
+}
 
 // The error of CheckFrame, or "" when the frame is accepted.
 std::string FrameError(const std::vector<std::uint8_t>& file) {
@@ -23,7 +29,7 @@ std::string FrameError(const std::vector<std::uint8_t>& file) {
 }
 
 TEST(FileFrame, HeaderIsSignatureIdentVersionChecksumAndLength) {
-  const std::vector<std::uint8_t> file = FrameBody(Bytes("abc"));
+  const std::vector<std::uint8_t> file = FrameBody(("abc"));
   // CRC-32 (ISO 3309) of "abc" is 0x352441C2.
   const std::vector<std::uint8_t> expected = {
       'Q', 'O', 'R', 'Y', 'O', 'R', 'Y', '6', 1, 0, 0, 0, 0xC2, 0x41, 0x24, 0x35,
@@ -33,13 +39,13 @@ TEST(FileFrame, HeaderIsSignatureIdentVersionChecksumAndLength) {
 }
 
 TEST(FileFrame, EmptyBodyStillHasTheWholeHeader) {
-  const std::vector<std::uint8_t> file = FrameBody({});
+  const std::vector<std::uint8_t> file = FrameBody("");
   ASSERT_EQ(file.size(), kFrameHeaderBytes);
   EXPECT_EQ(FrameError(file), "");
 }
 
 TEST(FileFrame, ShortFilesEndInsideTheHeader) {
-  const std::vector<std::uint8_t> file = FrameBody(Bytes("abc"));
+  const std::vector<std::uint8_t> file = FrameBody(("abc"));
   for (std::size_t n = 0; n < kFrameHeaderBytes; ++n) {
     const std::vector<std::uint8_t> cut(file.begin(), file.begin() + n);
     EXPECT_EQ(FrameError(cut), "byte " + std::to_string(n) + ": the file ends after " +
@@ -48,7 +54,7 @@ TEST(FileFrame, ShortFilesEndInsideTheHeader) {
 }
 
 TEST(FileFrame, ForeignSignatureAndIdentAreNamed) {
-  std::vector<std::uint8_t> file = FrameBody(Bytes("abc"));
+  std::vector<std::uint8_t> file = FrameBody(("abc"));
   file[0] = 'X';
   EXPECT_EQ(FrameError(file), "byte 0: signature \"XORY\" is not \"QORY\": not a scene file");
   file[0] = 'Q';
@@ -57,13 +63,25 @@ TEST(FileFrame, ForeignSignatureAndIdentAreNamed) {
 }
 
 TEST(FileFrame, OtherVersionIsRefused) {
-  std::vector<std::uint8_t> file = FrameBody(Bytes("abc"));
+  std::vector<std::uint8_t> file = FrameBody(("abc"));
   file[8] = 2;
   EXPECT_EQ(FrameError(file), "byte 8: format version 2 is not the version 1 that this reader reads");
 }
 
+TEST(FileFrame, SealingAgainRepairsAnyDamageBehindTheHeader) {
+  ByteWriter w;
+  BeginFrame(w);
+  w.Raw("abc", 3);
+  SealFrame(w);
+  w.bytes[kFrameHeaderBytes] = 'x';
+  w.bytes.push_back('d');
+  EXPECT_NE(FrameError(w.bytes), "");
+  SealFrame(w);
+  EXPECT_EQ(FrameError(w.bytes), "");
+}
+
 TEST(FileFrame, TruncatedOrExtendedBodyIsRefusedByItsLength) {
-  std::vector<std::uint8_t> file = FrameBody(Bytes("abcdef"));
+  std::vector<std::uint8_t> file = FrameBody(("abcdef"));
   std::vector<std::uint8_t> cut(file.begin(), file.end() - 2);
   EXPECT_EQ(FrameError(cut),
             "byte 16: body length 6 does not match the 4 bytes after the header: the file is truncated");
@@ -72,7 +90,7 @@ TEST(FileFrame, TruncatedOrExtendedBodyIsRefusedByItsLength) {
 }
 
 TEST(FileFrame, AnyFlippedBitOfTheBodyIsFound) {
-  const std::vector<std::uint8_t> file = FrameBody(Bytes("a scene body"));
+  const std::vector<std::uint8_t> file = FrameBody(("a scene body"));
   for (std::size_t i = kFrameHeaderBytes; i < file.size(); ++i) {
     for (int bit = 0; bit < 8; ++bit) {
       std::vector<std::uint8_t> damaged = file;
