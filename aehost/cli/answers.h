@@ -1,0 +1,25 @@
+// The scripted user's answers from the command line and an answers file.
+//
+// An answers file is JSON:
+//   { "save": { "path": "out.ory", "cancel": false },
+//     "dialogs": [ { "choose": ["planes"], "press": "OK", "cancel": false } ],
+//     "cancelProgressAt": 50 }
+// Every key is optional; "dialogs" answer the modal windows in the order they open.
+#pragma once
+
+#include <string>
+
+#include "aehost/script/script_user.h"
+
+namespace aehost {
+
+struct UserAnswers {
+    ScriptUser user;
+    int cancelProgressAt = -1;
+};
+
+// Reads an answers file into `answers`; false with a message naming the file,
+// the key and the problem.
+bool ReadAnswersFile(const std::string& path, UserAnswers* answers, std::string* error);
+
+}  // namespace aehost

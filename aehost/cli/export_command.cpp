@@ -1,0 +1,88 @@
+// aehost export: the user opens a composition and clicks the plug-in's
+// command under File > Export; the save dialog is answered with --output.
+#include <filesystem>
+#include <optional>
+
+#include "aehost/cli/commands.h"
+#include "aehost/core/hooks.h"
+
+namespace aehost {
+
+namespace {
+
+const MenuCommand* ExportMenuCommand() {
+    for (const MenuCommand& command : g_host.commands)
+        if (command.inserted && command.menu == AEGP_Menu_EXPORT) return &command;
+    return nullptr;
+}
+
+std::optional<std::filesystem::file_time_type> FileTime(const std::string& path) {
+    std::error_code ec;
+    const auto time = std::filesystem::last_write_time(path, ec);
+    if (ec) return std::nullopt;
+    return time;
+}
+
+// Clicks the command and checks that the plug-in did what was asked.
+int ClickExport(const ExportOptions& options, const ScriptUser& user) {
+    RunUpdateMenuHooks(AEGP_WindType_COMP);
+    const MenuCommand* command = ExportMenuCommand();
+    if (!command) {
+        HostError("the plug-in put no command under File > Export");
+        return kExitFailed;
+    }
+    if (!command->enabled) {
+        HostError("\"" + command->text + "\" is disabled for composition \"" + options.comp + "\"");
+        return kExitFailed;
+    }
+    const std::string target = user.save.path;
+    const auto before = FileTime(target);
+    bool handled = false;
+    if (const A_Err err = RunCommand(command->id, &handled)) {
+        HostError("the command hook returned error " + std::to_string(err));
+        return kExitFailed;
+    }
+    if (!handled) {
+        HostError("no plug-in handled \"" + command->text + "\"");
+        return kExitFailed;
+    }
+    if (user.save.cancel) return kExitOk;
+    const auto after = FileTime(target);
+    if (!after || after == before) {
+        HostError("the export wrote no scene file to " + target);
+        return kExitFailed;
+    }
+    return kExitOk;
+}
+
+}  // namespace
+
+CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options) {
+    CLI::App* command = app.add_subcommand("export", "export a composition through the plug-in's File > Export command");
+    command->add_option("project", options.project, "project description (JSON)")->required()->check(CLI::ExistingFile);
+    command->add_option("--comp", options.comp, "the composition to export (made the active item)")->required();
+    command->add_option("--output", options.output, "the scene file to choose in the save dialog");
+    command->add_option("--text", options.text, "answer to the text question: live objects or planes")
+        ->check(CLI::IsMember({"live", "planes"}));
+    command->add_flag("--cancel-save", options.cancelSave, "press Cancel in the save dialog");
+    AddHostOptions(*command, options.host);
+    return command;
+}
+
+int RunExport(const ExportOptions& options, const char* argv0) {
+    HostSession session;
+    if (const int code = OpenProject(options.host, options.project, session)) return code;
+    ScriptUser& user = session.answers.user;
+    if (!options.output.empty()) user.save.path = std::filesystem::absolute(options.output).string();
+    if (options.cancelSave) user.save.cancel = true;
+    if (!options.text.empty()) user.dialogs.push_front(DialogAnswer{{options.text}, "", false});
+    if (user.save.path.empty() && !user.save.cancel) {
+        HostError("export needs --output, --cancel-save or a save answer in --answers");
+        return kExitBadInput;
+    }
+    if (const int code = ActivateComp(session, options.comp)) return code;
+    if (const int code = StartPlugin(options.host, argv0, session)) return CloseHost(options.host, session, code);
+    return CloseHost(options.host, session, ClickExport(options, user));
+}
+
+}  // namespace aehost

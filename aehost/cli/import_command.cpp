@@ -1,0 +1,56 @@
+// aehost import: the user imports a file; the flavor registered for its
+// extension verifies and imports it, and the project is saved.
+#include <filesystem>
+
+#include "aehost/cli/commands.h"
+#include "aehost/core/hooks.h"
+#include "aehost/model/project_json.h"
+
+namespace aehost {
+
+namespace {
+
+int ImportFile(const ImportOptions& options, HostSession& session) {
+    const std::string path = std::filesystem::absolute(options.file).string();
+    const ImportFlavor* flavor = FlavorForFile(path);
+    if (!flavor) {
+        HostError("no plug-in imports files like " + path);
+        return kExitFailed;
+    }
+    if (const A_Err err = VerifyImport(*flavor, path)) {
+        HostError("\"" + flavor->name + "\" cannot import " + path + " (error " + std::to_string(err) + ")");
+        return kExitFailed;
+    }
+    if (const A_Err err = RunImport(*flavor, path)) {
+        HostError("\"" + flavor->name + "\" failed to import " + path + " (error " + std::to_string(err) + ")");
+        return kExitFailed;
+    }
+    try {
+        SaveProjectFile(session.project, options.output);
+    } catch (const std::exception& e) {
+        HostError(e.what());
+        return kExitFailed;
+    }
+    return kExitOk;
+}
+
+}  // namespace
+
+CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options) {
+    CLI::App* command = app.add_subcommand("import", "import a file through the plug-in's import flavor and save the project");
+    command->add_option("file", options.file, "the file to import")->required()->check(CLI::ExistingFile);
+    command->add_option("--project", options.project, "project description to import into (default: an empty project)")
+        ->check(CLI::ExistingFile);
+    command->add_option("--output", options.output, "where to save the project description")->required();
+    AddHostOptions(*command, options.host);
+    return command;
+}
+
+int RunImport(const ImportOptions& options, const char* argv0) {
+    HostSession session;
+    if (const int code = OpenProject(options.host, options.project, session)) return code;
+    if (const int code = StartPlugin(options.host, argv0, session)) return CloseHost(options.host, session, code);
+    return CloseHost(options.host, session, ImportFile(options, session));
+}
+
+}  // namespace aehost

@@ -1,0 +1,29 @@
+// aehost: a headless host that loads the plug-in and drives it from the
+// command line over a JSON project description.
+#include <CLI/CLI.hpp>
+
+#include "aehost/cli/commands.h"
+
+int main(int argc, char** argv) {
+    CLI::App app{"aehost: a headless host for general plug-ins, driven from the command line"};
+    app.require_subcommand(1);
+    aehost::ExportOptions exportOptions;
+    aehost::ImportOptions importOptions;
+    aehost::XformOptions xformOptions;
+    aehost::MenuOptions menuOptions;
+    CLI::App* exportCommand = aehost::AddExportCommand(app, exportOptions);
+    CLI::App* importCommand = aehost::AddImportCommand(app, importOptions);
+    CLI::App* xformCommand = aehost::AddXformCommand(app, xformOptions);
+    CLI::App* menuCommand = aehost::AddMenuCommand(app, menuOptions);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        const int code = app.exit(e);
+        return code == 0 ? aehost::kExitOk : aehost::kExitBadInput;
+    }
+    if (exportCommand->parsed()) return aehost::RunExport(exportOptions, argv[0]);
+    if (importCommand->parsed()) return aehost::RunImport(importOptions, argv[0]);
+    if (xformCommand->parsed()) return aehost::RunXform(xformOptions);
+    if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
+    return aehost::kExitBadInput;
+}

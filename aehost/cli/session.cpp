@@ -1,0 +1,87 @@
+#include "aehost/cli/session.h"
+
+#include <unistd.h>
+
+#include <iostream>
+
+#include "aehost/core/exit_report.h"
+#include "aehost/core/hooks.h"
+#include "aehost/core/host.h"
+#include "aehost/model/project_json.h"
+
+namespace aehost {
+
+void HostError(const std::string& text) { std::cerr << "aehost: " << text << '\n'; }
+
+void AddHostOptions(CLI::App& command, HostOptions& options) {
+    command.add_option("--app-dir", options.appDir,
+                       "host application folder (default: $AEHOST_APP_DIR, else lib/quillon-ae/AfterEffects "
+                       "beside the aehost binary's folder)");
+    command.add_option("--plugin", options.plugin, "plug-in library to load instead of the installed one");
+    command.add_option("--answers", options.answers, "JSON file with the user's answers to dialogs");
+    command.add_flag("--quiet", options.quiet, "no progress bar");
+    command.add_flag("--allow-leaks", options.allowLeaks,
+                     "report handles the plug-in left open, but do not fail because of them");
+}
+
+int OpenProject(const HostOptions& options, const std::string& projectPath, HostSession& session) {
+    try {
+        session.project = projectPath.empty() ? NewProject() : LoadProjectFile(projectPath);
+    } catch (const std::exception& e) {
+        HostError(e.what());
+        return kExitBadInput;
+    }
+    std::string error;
+    if (!options.answers.empty() && !ReadAnswersFile(options.answers, &session.answers, &error)) {
+        HostError(error);
+        return kExitBadInput;
+    }
+    g_host.project = &session.project;
+    g_host.quiet = options.quiet;
+    g_host.progressBar = isatty(STDERR_FILENO) != 0;
+    g_host.cancelProgressAt = session.answers.cancelProgressAt;
+    session.script.user = &session.answers.user;
+    session.script.project = &session.project;
+    session.script.activeItem = [] { return g_host.activeItemId; };
+    session.script.report = [](std::string_view line) { ShowMessage(std::string(line)); };
+    g_host.runScript = [&session](const std::string& source, std::string* result, std::string* scriptError) {
+        session.script.currentTime = g_host.currentTime;
+        return RunScript(session.script, source, result, scriptError);
+    };
+    return kExitOk;
+}
+
+int StartPlugin(const HostOptions& options, const char* argv0, HostSession& session) {
+    g_host.appDir = FindAppDir(options.appDir, argv0);
+    const std::string library = options.plugin.empty() ? g_host.appDir + "/" + kPluginSubPath : options.plugin;
+    std::string error;
+    if (!LoadPlugin(library, &session.plugin, &error)) {
+        HostError(error);
+        return kExitFailed;
+    }
+    return kExitOk;
+}
+
+int ActivateComp(HostSession& session, const std::string& compName) {
+    for (const auto& item : session.project.items) {
+        if (item->kind == ItemKind::Composition && item->name == compName) {
+            g_host.activeItemId = item->id;
+            return kExitOk;
+        }
+    }
+    HostError("the project has no composition named \"" + compName + "\"");
+    return kExitBadInput;
+}
+
+int CloseHost(const HostOptions& options, HostSession& session, int code) {
+    if (const A_Err err = RunDeathHooks()) HostError("a death hook returned error " + std::to_string(err));
+    const std::vector<std::string> problems = ExitProblems();
+    for (const std::string& line : problems) HostError("at exit: " + line);
+    UnloadPlugin(session.plugin);
+    g_host.runScript = nullptr;
+    g_host.project = nullptr;
+    if (code == kExitOk && !problems.empty() && !options.allowLeaks) return kExitFailed;
+    return code;
+}
+
+}  // namespace aehost

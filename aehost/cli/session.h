@@ -1,0 +1,56 @@
+// One run of the host as the commands share it: the options every command
+// takes, the project, the scripted user and the loaded plug-in, and the
+// report at exit.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+#include "aehost/cli/answers.h"
+#include "aehost/core/plugin_loader.h"
+#include "aehost/model/project.h"
+#include "aehost/script/script_engine.h"
+
+namespace aehost {
+
+// Exit codes a pipeline can test.
+enum ExitCode { kExitOk = 0, kExitFailed = 1, kExitBadInput = 2 };
+
+struct HostOptions {
+    std::string appDir;      // --app-dir
+    std::string plugin;      // --plugin: a plug-in library instead of the installed one
+    std::string answers;     // --answers
+    bool quiet = false;      // --quiet: no progress bar
+    bool allowLeaks = false; // --allow-leaks: report what the plug-in left behind, but exit 0
+};
+
+void AddHostOptions(CLI::App& command, HostOptions& options);
+
+struct HostSession {
+    Project project;
+    UserAnswers answers;
+    ScriptContext script;
+    LoadedPlugin plugin;
+};
+
+// Reads the project description (or starts an empty project when `projectPath`
+// is empty) and the answers, and installs both in the host. kExitOk, or
+// kExitBadInput after a message.
+int OpenProject(const HostOptions& options, const std::string& projectPath, HostSession& session);
+
+// Loads the plug-in and runs its entry point; kExitOk or kExitFailed after a message.
+int StartPlugin(const HostOptions& options, const char* argv0, HostSession& session);
+
+// Makes the named composition the active item; kExitBadInput when there is none.
+int ActivateComp(HostSession& session, const std::string& compName);
+
+// The host quits: death hooks, unloading, and the report of what the plug-in
+// left behind, which turns a successful `code` into kExitFailed unless leaks
+// are allowed.
+int CloseHost(const HostOptions& options, HostSession& session, int code);
+
+// An error of the host itself, on standard error.
+void HostError(const std::string& text);
+
+}  // namespace aehost

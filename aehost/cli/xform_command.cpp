@@ -1,0 +1,101 @@
+// aehost xform: the layer-to-world matrix of a layer at a frame, as the
+// plug-in gets it from AEGP_GetLayerToWorldXform, printed as JSON.
+#include <json/json.h>
+
+#include <iostream>
+#include <memory>
+
+#include "aehost/cli/commands.h"
+#include "aehost/core/host.h"
+#include "aehost/core/host_time.h"
+#include "aehost/core/model_handles.h"
+#include "aehost/core/suites.h"
+#include "aehost/model/project_json.h"
+
+namespace aehost {
+
+namespace {
+
+// A layer by the name the timeline shows: its own, else its source's; the
+// topmost of several.
+const Layer* FindLayerByName(const Project& project, const Item& comp, const std::string& name) {
+    for (const auto& layer : comp.comp.layers) {
+        const Item* source = layer->sourceId ? FindItem(project, layer->sourceId) : nullptr;
+        const std::string& shown = layer->name.empty() && source ? source->name : layer->name;
+        if (shown == name) return layer.get();
+    }
+    return nullptr;
+}
+
+const Item* FindComp(const Project& project, const std::string& name) {
+    for (const auto& item : project.items)
+        if (item->kind == ItemKind::Composition && item->name == name) return item.get();
+    return nullptr;
+}
+
+void PrintMatrix(const XformOptions& options, double seconds, const A_Matrix4& m) {
+    Json::Value out;
+    out["comp"] = options.comp;
+    out["layer"] = options.layer;
+    out["frame"] = options.frame;
+    out["time"] = seconds;
+    Json::Value rows(Json::arrayValue);
+    for (const auto& row : m.mat) {
+        Json::Value r(Json::arrayValue);
+        for (double v : row) r.append(v);
+        rows.append(r);
+    }
+    out["matrix"] = rows;
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "  ";
+    builder["precision"] = 17;
+    std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
+    writer->write(out, &std::cout);
+    std::cout << '\n';
+}
+
+}  // namespace
+
+CLI::App* AddXformCommand(CLI::App& app, XformOptions& options) {
+    CLI::App* command = app.add_subcommand("xform", "print a layer's layer-to-world matrix at a frame as JSON");
+    command->add_option("project", options.project, "project description (JSON)")->required()->check(CLI::ExistingFile);
+    command->add_option("--comp", options.comp, "the composition")->required();
+    command->add_option("--layer", options.layer, "the layer, by the name the timeline shows (the topmost of several)")
+        ->required();
+    command->add_option("--frame", options.frame, "composition frame, from 0; may be fractional")->required();
+    return command;
+}
+
+int RunXform(const XformOptions& options) {
+    Project project;
+    try {
+        project = LoadProjectFile(options.project);
+    } catch (const std::exception& e) {
+        HostError(e.what());
+        return kExitBadInput;
+    }
+    const Item* comp = FindComp(project, options.comp);
+    if (!comp) {
+        HostError("the project has no composition named \"" + options.comp + "\"");
+        return kExitBadInput;
+    }
+    const Layer* layer = FindLayerByName(project, *comp, options.layer);
+    if (!layer) {
+        HostError("composition \"" + options.comp + "\" has no layer named \"" + options.layer + "\"");
+        return kExitBadInput;
+    }
+    if (comp->frameRate <= 0.0) {
+        HostError("composition \"" + options.comp + "\" has no frame rate");
+        return kExitBadInput;
+    }
+    g_host.project = &project;
+    const A_Time time = ToATime(options.frame / comp->frameRate, CompTimeScale(*comp));
+    A_Matrix4 matrix{};
+    const A_Err err = LayerSuite()->AEGP_GetLayerToWorldXform(LayerHandle(*layer), &time, &matrix);
+    g_host.project = nullptr;
+    if (err) return kExitFailed;
+    PrintMatrix(options, static_cast<double>(time.value) / time.scale, matrix);
+    return kExitOk;
+}
+
+}  // namespace aehost

@@ -1,0 +1,153 @@
+// The state of the running host: the project it has open, what the user has
+// selected, what plug-ins registered, and every handle it has given out.
+// Suites are plain C functions, so this state is one global, `g_host`.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "aehost/core/handle_table.h"
+#include "aehost/model/project.h"
+#include "sdk/aegp.h"
+
+namespace aehost {
+
+struct MemBlock {
+    std::vector<char> bytes;
+    int locks = 0;
+    AEGP_PluginID owner = 0;
+    std::string what;
+};
+
+// What a stream handle stands for: a layer stream, or the markers of a
+// layer or of a composition.
+enum class StreamTarget { Layer, LayerMarkers, CompMarkers };
+
+struct StreamRef {
+    StreamTarget target = StreamTarget::Layer;
+    int compId = 0;
+    int layerId = 0;
+    int streamId = 0;  // AEGP_LayerStream
+};
+
+// A key waiting for AEGP_EndAddKeyframes; times in the stream's own time.
+struct PendingKey {
+    double time = 0.0;
+    bool hasValue = false;
+    Value value;
+    Marker marker;
+};
+
+struct AddKeyframesBatch {
+    std::uintptr_t stream = 0;
+    std::vector<PendingKey> keys;
+};
+
+struct ProgressDialog {
+    std::string title;
+    int shownPercent = -1;
+};
+
+struct MenuCommand {
+    AEGP_Command id = 0;
+    AEGP_PluginID owner = 0;
+    bool inserted = false;
+    std::string text;  // UTF-8
+    AEGP_MenuID menu = AEGP_Menu_NONE;
+    bool enabled = true;
+};
+
+struct CommandHookEntry {
+    AEGP_PluginID plugin = 0;
+    AEGP_HookPriority priority = AEGP_HP_AfterAE;
+    AEGP_Command command = 0;  // 0: every command
+    AEGP_CommandHook hook = nullptr;
+    AEGP_CommandRefcon refcon = nullptr;
+};
+
+struct UpdateMenuHookEntry {
+    AEGP_PluginID plugin = 0;
+    AEGP_UpdateMenuHook hook = nullptr;
+    AEGP_UpdateMenuRefcon refcon = nullptr;
+};
+
+struct DeathHookEntry {
+    AEGP_PluginID plugin = 0;
+    AEGP_DeathHook hook = nullptr;
+    AEGP_DeathRefcon refcon = nullptr;
+};
+
+struct ImportFlavor {
+    AE_FIM_ImportFlavorRef ref = AE_FIM_ImportFlavorRef_NONE;
+    std::string name;                     // UTF-8
+    std::vector<std::string> extensions;  // lower case, without the dot
+    bool hasCallbacks = false;
+    AE_FIM_ImportCallbacks callbacks{};
+    A_long flags = 0;
+};
+
+struct PluginRecord {
+    AEGP_PluginID id = 0;
+    std::string name;
+    AEGP_GlobalRefcon refcon = nullptr;
+};
+
+// Runs ExtendScript text; on failure `error` says why.
+using ScriptRunner = std::function<bool(const std::string& script, std::string* result, std::string* error)>;
+
+struct Host {
+    Project* project = nullptr;
+    int activeItemId = -1;  // -1: nothing active
+    int activeLayerId = 0;  // 0: no single selected layer
+    double currentTime = 0.0;  // composition seconds
+
+    std::string appDir;  // the application folder, as AEGP_GetPluginPaths gives it
+    std::map<AEGP_PluginID, std::string> pluginDirs;
+    std::string language = "en_US";
+    PF_AppPersonalTextInfo personal{};
+    bool quiet = false;
+    bool progressBar = false;  // draw progress on standard error
+    int cancelProgressAt = -1;  // the user presses Cancel once progress reaches this percent; -1: never
+
+    ScriptRunner runScript;
+    std::vector<std::string> transcript;  // every message the plug-ins showed
+    std::vector<std::string> misuse;      // every refused call, as reported
+    std::vector<std::string> undoStack;
+
+    std::map<std::string, std::map<std::string, std::string>> preferences;
+
+    std::vector<PluginRecord> plugins;
+    std::vector<MenuCommand> commands;
+    std::vector<CommandHookEntry> commandHooks;
+    std::vector<UpdateMenuHookEntry> updateMenuHooks;
+    std::vector<DeathHookEntry> deathHooks;
+    std::vector<ImportFlavor> flavors;
+    AEGP_Command nextCommand = 1;
+    AEGP_PluginID nextPluginId = 1;
+
+    bool memReporting = false;
+    HandleTable<MemBlock> memory{HandleKind::Memory};
+    std::vector<std::uintptr_t> freedMemory;  // to tell a double free from a wrong handle
+    HandleTable<StreamRef> streams{HandleKind::Stream};
+    HandleTable<Marker> markers{HandleKind::Marker};
+    HandleTable<AddKeyframesBatch> keyBatches{HandleKind::AddKeyframes};
+    HandleTable<ProgressDialog> progress{HandleKind::Progress};
+
+    std::map<std::string, int> acquiredSuites;  // "name/version" -> acquisitions not released
+};
+
+extern Host g_host;
+
+// Back to a host with nothing open and nothing registered.
+void ResetHost();
+
+// A message for the user: standard error and the transcript.
+void ShowMessage(const std::string& text);
+
+// A call the host refused because the plug-in passed something wrong; told on
+// standard error, kept for the report at exit. Returns `err`.
+A_Err Refuse(const char* call, const std::string& why, A_Err err = A_Err_PARAMETER);
+
+}  // namespace aehost
