@@ -869,12 +869,19 @@ Json::Value WriteComp(const Item& item) {
 Project ReadProject(const std::string& jsonText, const std::string& sourceName) {
   Json::CharReaderBuilder builder;
   Json::CharReaderBuilder::strictMode(&builder.settings_);
+  // A description nests a dozen levels deep; the bound keeps hostile input
+  // from exhausting the stack in the parser.
+  builder.settings_["stackLimit"] = 64;
   const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
   Json::Value root;
   std::string errors;
-  if (!reader->parse(jsonText.data(), jsonText.data() + jsonText.size(), &root, &errors)) {
-    throw ProjectFormatError(sourceName + ": not valid JSON: " + errors);
+  bool parsed = false;
+  try {
+    parsed = reader->parse(jsonText.data(), jsonText.data() + jsonText.size(), &root, &errors);
+  } catch (const Json::Exception& error) {  // the parser throws past its nesting bound
+    errors = error.what();
   }
+  if (!parsed) throw ProjectFormatError(sourceName + ": not valid JSON: " + errors);
   return ReadTop({root, "", sourceName});
 }
 

@@ -200,6 +200,8 @@ TEST(ProjectJsonErrors, TheDocumentAsAWhole) {
   EXPECT_NE(Refusal(R"({"format": "aehost-project", "format": "x", "version": 1})")
                 .find("not valid JSON"),
             std::string::npos);
+  const std::string deep = std::string(5000, '[') + std::string(5000, ']');
+  EXPECT_NE(Refusal(deep).find("not valid JSON"), std::string::npos);
   EXPECT_EQ(Refusal(R"({"format": "aehost-project", "version": 1})"), "");
 }
 
