@@ -1,12 +1,15 @@
 #include "aehost/model/json_text.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
+#include <stdexcept>
 
 namespace aehost {
 namespace {
 
 void AppendNumber(double value, std::string& out) {
+  if (!std::isfinite(value)) throw std::domain_error("JSON has no form for " + std::to_string(value));
   char buffer[32];
   const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
   out.append(buffer, result.ptr);

@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 #include <span>
+#include <stdexcept>
 #include <sstream>
 #include <string_view>
 
@@ -916,7 +917,11 @@ std::string WriteProject(const Project& project) {
   if (!folders.empty()) top["folders"] = folders;
   if (!footage.empty()) top["footage"] = footage;
   if (!comps.empty()) top["comps"] = comps;
-  return FormatJson(top);
+  try {
+    return FormatJson(top);
+  } catch (const std::domain_error& error) {
+    throw ProjectFormatError(std::string("the project cannot be written: ") + error.what());
+  }
 }
 
 void SaveProjectFile(const Project& project, const std::string& path) {

@@ -22,6 +22,8 @@ Project LoadProjectFile(const std::string& path);
 
 // The canonical form: two-space indentation, keys sorted, values
 // that equal their defaults left out, numbers as short as they read back.
+// A project holding a number that is not finite is refused with
+// ProjectFormatError: JSON has no form for it.
 std::string WriteProject(const Project& project);
 void SaveProjectFile(const Project& project, const std::string& path);
 

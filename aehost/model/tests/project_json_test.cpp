@@ -1,5 +1,6 @@
 // The JSON project description: what it loads, that it writes back what it
 // read, and that broken descriptions are refused with the path of the fault.
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
@@ -58,6 +59,23 @@ TEST(ProjectJsonRoundTrip, AProjectBuiltByTheCreationCallsReadsBackTheSame) {
   const Stream& keys = comp->comp.layers[1]->streams.at(LayerStream::Position);
   EXPECT_EQ(keys.keys[1].time, 100.0 / 2997.0);  // exact, not rounded
   EXPECT_EQ(keys.keys[0].value, V(1.0 / 3.0, 2, 3));
+}
+
+TEST(ProjectJsonRoundTrip, TextKeepsEveryCharacter) {
+  SmallProject p;
+  Layer& solid = p.Solid();
+  solid.name = "quote \" backslash \\ tab \t bell \x07 \xc3\xa9t\xc3\xa9";
+  solid.markers.push_back({1.0, 0.0, "line one\nline two"});
+  const Project back = ReadProject(WriteProject(p.project), "written");
+  const Layer& read = *FindItem(back, p.comp->id)->comp.layers[0];
+  EXPECT_EQ(read.name, solid.name);
+  EXPECT_EQ(read.markers, solid.markers);
+}
+
+TEST(ProjectJsonRoundTrip, NumbersWithoutAJsonFormAreRefused) {
+  SmallProject p;
+  p.Set(p.Solid(), LayerStream::Opacity, std::nan(""));
+  EXPECT_THROW(WriteProject(p.project), ProjectFormatError);
 }
 
 TEST(ProjectJsonContent, ItemsLayersAndStreams) {
