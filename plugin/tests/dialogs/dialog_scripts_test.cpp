@@ -29,7 +29,7 @@ struct ScriptRun {
   std::string error;
 };
 
-ScriptRun Run(const std::string& script, aehost::ScriptUser* user) {
+ScriptRun RunDialogScript(const std::string& script, aehost::ScriptUser* user) {
   aehost::ScriptContext context;
   context.user = user;
   context.report = [](std::string_view) {};
@@ -45,21 +45,21 @@ TEST(TextExportDialog, AnswersWithTheChosenModeOrCancel) {
   user.dialogs.push_back({{}, "", true});
   user.dialogs.push_back({{"live"}, "cancel", false});
   uint8_t choice = 7;
-  ScriptRun live = Run(WithTextExportSettings(TextExportDialog()), &user);
+  ScriptRun live = RunDialogScript(WithTextExportSettings(TextExportDialog()), &user);
   ASSERT_TRUE(live.ok) << live.error;
   ASSERT_EQ(ReadTextExportReply(live.result, &choice), 0);
   EXPECT_EQ(choice, 1);
-  ScriptRun planes = Run(WithTextExportSettings(TextExportDialog()), &user);
+  ScriptRun planes = RunDialogScript(WithTextExportSettings(TextExportDialog()), &user);
   ASSERT_TRUE(planes.ok) << planes.error;
   ASSERT_EQ(ReadTextExportReply(planes.result, &choice), 0);
   EXPECT_EQ(choice, 0);
-  EXPECT_EQ(Run(WithTextExportSettings(TextExportDialog()), &user).result, "cancel");
-  EXPECT_EQ(Run(WithTextExportSettings(TextExportDialog()), &user).result, "cancel");
+  EXPECT_EQ(RunDialogScript(WithTextExportSettings(TextExportDialog()), &user).result, "cancel");
+  EXPECT_EQ(RunDialogScript(WithTextExportSettings(TextExportDialog()), &user).result, "cancel");
 }
 
 TEST(TextExportDialog, StartsOnOutlinesWhenTheSettingsSayZero) {
   aehost::ScriptUser user;  // presses OK without choosing
-  ScriptRun run = Run(WithTextExportSettings(TextExportDialog()), &user);
+  ScriptRun run = RunDialogScript(WithTextExportSettings(TextExportDialog()), &user);
   ASSERT_TRUE(run.ok) << run.error;
   uint8_t choice = 1;
   ASSERT_EQ(ReadTextExportReply(run.result, &choice), 0);
@@ -69,12 +69,12 @@ TEST(TextExportDialog, StartsOnOutlinesWhenTheSettingsSayZero) {
 std::string WithJson(const std::string& expression) { return ReadSupportFile("includes/JSON.jsx") + "\n" + expression; }
 
 TEST(JsonLibrary, WritesAndReadsBackNestedValues) {
-  const ScriptRun run = Run(WithJson(R"(QuillonJSON.stringify({a: [1, 2.5, -3e2], b: {c: "x\"y\\z\n\u0001"},
+  const ScriptRun run = RunDialogScript(WithJson(R"(QuillonJSON.stringify({a: [1, 2.5, -3e2], b: {c: "x\"y\\z\n\u0001"},
                                                                   d: true, e: null, f: undefined}))"),
                             nullptr);
   ASSERT_TRUE(run.ok) << run.error;
   EXPECT_EQ(run.result, R"({"a":[1,2.5,-300],"b":{"c":"x\"y\\z\n\u0001"},"d":true,"e":null})");
-  const ScriptRun back = Run(WithJson(R"(var v = QuillonJSON.parse(' {"a" : [1, {"b": "\u00e9\/"}], "c": false} ');
+  const ScriptRun back = RunDialogScript(WithJson(R"(var v = QuillonJSON.parse(' {"a" : [1, {"b": "\u00e9\/"}], "c": false} ');
                                          v.a[1].b + "|" + v.a.length + "|" + v.c)"),
                              nullptr);
   ASSERT_TRUE(back.ok) << back.error;
@@ -82,8 +82,8 @@ TEST(JsonLibrary, WritesAndReadsBackNestedValues) {
 }
 
 TEST(JsonLibrary, RefusesBrokenText) {
-  for (const char* text : {"{", "[1,]", "{\"a\" 1}", "\"open", "tru", "1 2", "{\"a\":\"\\x\"}"}) {
-    const ScriptRun run = Run(WithJson(std::string("var r; try { QuillonJSON.parse(") + "'" + text +
+  for (const char* text : {"{", "[1,]", "{\"a\" 1}", "\"open", "tru", "1 2", "{\"a\":\"\\\\x\"}"}) {
+    const ScriptRun run = RunDialogScript(WithJson(std::string("var r; try { QuillonJSON.parse(") + "'" + text +
                                        "'); r = 'parsed'; } catch (e) { r = e.name; } r"),
                               nullptr);
     ASSERT_TRUE(run.ok) << run.error;
