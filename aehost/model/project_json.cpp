@@ -421,6 +421,26 @@ void ReadLightGroup(const In& at, Layer& layer) {
   ReadStreamGroup({streams, at.path, at.source}, kLightOptions, layer);
 }
 
+// Keys that only some kinds of layer have.
+void RefuseKeysOfOtherKinds(const In& at, LayerObjectType type) {
+  const bool viewer = IsViewer(type);
+  for (const char* key : {"threeD", "null"}) {
+    if (viewer && Has(at, key)) Fail(Member(at, key), "cameras and lights have no such switch");
+  }
+  if (!viewer && Has(at, "autoOrient")) {
+    Fail(Member(at, "autoOrient"), "only cameras and lights turn towards a point of interest");
+  }
+  if (type != LayerObjectType::AudioVideo && Has(at, "source")) {
+    Fail(Member(at, "source"), "only audio/video layers have a source");
+  }
+  if (type != LayerObjectType::Camera && Has(at, "camera")) {
+    Fail(Member(at, "camera"), "only camera layers have camera settings");
+  }
+  if (type != LayerObjectType::Light && Has(at, "light")) {
+    Fail(Member(at, "light"), "only light layers have light settings");
+  }
+}
+
 std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   RequireObject(at, {"id", "name", "type", "source", "parent", "video", "audio", "locked", "shy",
                      "solo", "threeD", "adjustment", "motionBlur", "null", "autoOrient",
@@ -432,21 +452,7 @@ std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   ClaimId(at, pending.layerIds, layer->id);
   Read(at, "name", layer->name);
   if (Has(at, "type")) layer->objectType = Choice(Member(at, "type"), kLayerTypes);
-  const bool viewer = IsViewer(layer->objectType);
-  const bool av = layer->objectType == LayerObjectType::AudioVideo;
-  for (const char* key : {"threeD", "null"}) {
-    if (viewer && Has(at, key)) Fail(Member(at, key), "cameras and lights have no such switch");
-  }
-  if (!viewer && Has(at, "autoOrient")) {
-    Fail(Member(at, "autoOrient"), "only cameras and lights turn towards a point of interest");
-  }
-  if (!av && Has(at, "source")) Fail(Member(at, "source"), "only audio/video layers have a source");
-  if (layer->objectType != LayerObjectType::Camera && Has(at, "camera")) {
-    Fail(Member(at, "camera"), "only camera layers have camera settings");
-  }
-  if (layer->objectType != LayerObjectType::Light && Has(at, "light")) {
-    Fail(Member(at, "light"), "only light layers have light settings");
-  }
+  RefuseKeysOfOtherKinds(at, layer->objectType);
   ReadLayerSwitches(at, *layer);
   layer->duration = comp.duration;
   Read(at, "startTime", layer->startTime);

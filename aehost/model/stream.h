@@ -40,7 +40,9 @@ enum class LayerStream : int {
 };
 
 // What a stream holds. Spatial streams move along a path in space;
-// orientation turns along the shortest arc; colour mixes linearly.
+// orientation turns along the shortest arc; colour mixes linearly. The host
+// reports orientation, like anchor point and position, as a three-dimensional
+// spatial stream (AEGP_StreamType_ThreeD_SPATIAL): the exporter reads it so.
 enum class StreamKind {
   OneD,
   TwoD,
