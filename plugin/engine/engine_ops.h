@@ -469,7 +469,7 @@ struct InstanceLibrary {
 struct MarkerLibrary {
   ExtensionHeader header;
   TimelineMarker* (*GetFirstMarker)(const BaseDocument* document);
-  // A null predecessor puts the marker first.
+  // A null predecessor puts the marker behind the last one that is not later.
   TimelineMarker* (*AddMarker)(BaseDocument* document, TimelineMarker* predecessor, const BaseTime* time,
                                const EngineString* name, const Vector* colour, const BaseTime* length,
                                int32_t reserved);

@@ -1,0 +1,154 @@
+// The engine's entry points. The start runs on a thread of the engine's own:
+// it looks up the program's quillon::ory_main in the image that holds the
+// module record, hands it the API record, and only then reports ready, so that
+// the program's tables are filled before IsQuillonInitialized turns true.
+#include <dlfcn.h>
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "quillon/api/tables.h"
+#include "quillon/model/value.h"
+
+#define QUILLON_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace quillon {
+namespace {
+
+// quillon::ory_main(int, void*, void*, void*) as the program's image names it.
+constexpr const char* kOryMainSymbol = "_ZN7quillon8ory_mainEiPvS0_S0_";
+
+// What a module gave at start, kept until its resources are released.
+struct StartRecord {
+  void* module = nullptr;
+  std::string startText;
+  std::u16string path;
+  std::u16string secondPath;
+  std::vector<std::u16string> arguments;
+};
+
+struct EngineState {
+  std::mutex mutex;
+  std::thread starter;
+  std::atomic<bool> ready{false};
+  bool started = false;
+  // Set when the program accepted the start, so that it gets the end too.
+  OryMainFunc program = nullptr;
+  std::vector<StartRecord> modules;
+
+  ~EngineState() {
+    if (starter.joinable()) starter.join();
+  }
+};
+
+EngineState& State() {
+  static EngineState state;
+  return state;
+}
+
+OryMainFunc FindOryMain(void* moduleRecord) {
+  Dl_info info{};
+  if (moduleRecord && dladdr(moduleRecord, &info) != 0 && info.dli_fname) {
+    if (void* image = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD)) {
+      void* symbol = dlsym(image, kOryMainSymbol);
+      dlclose(image);
+      if (symbol) return reinterpret_cast<OryMainFunc>(symbol);
+    }
+  }
+  return reinterpret_cast<OryMainFunc>(dlsym(RTLD_DEFAULT, kOryMainSymbol));
+}
+
+void RunStart(void* moduleRecord, const std::u16string& installFolder) {
+  EngineState& state = State();
+  if (OryMainFunc oryMain = FindOryMain(moduleRecord)) {
+    Filename folder{nullptr};
+    AssignPath(folder, ToUtf8(installFolder));
+    int32_t result = oryMain(kOryMainStart, const_cast<QuillonApi*>(&ApiRecord()), nullptr, &folder);
+    ReleasePath(folder);
+    std::lock_guard lock(state.mutex);
+    if (result == 1) state.program = oryMain;
+  }
+  state.ready.store(true);
+}
+
+std::u16string CopyOf(const char16_t* text) { return text ? std::u16string(text) : std::u16string(); }
+
+StartRecord MakeStartRecord(void* moduleRecord, const char* startText, const char16_t* path,
+                            const char16_t* secondPath, const QuillonArguments* args) {
+  StartRecord record{moduleRecord, startText, CopyOf(path), CopyOf(secondPath), {}};
+  if (args && args->items) {
+    for (int64_t i = 0; i < args->count; ++i) record.arguments.push_back(CopyOf(args->items[i]));
+  }
+  return record;
+}
+
+// The four methods that a program replaces for the time after the engine.
+bool ValidOverrides(const QuillonOverrideBlock* overrides) {
+  static const char* const kMethods[] = {"Free@fd4f2d19abfff044",
+                                         "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6",
+                                         "RemoveWeakReference@f0540d7d9f694e77",
+                                         "PrivateHandleUnreferencedType@852138fc3d484eb1"};
+  if (!overrides || !overrides->items || overrides->count != 4) return false;
+  for (int64_t i = 0; i < 4; ++i) {
+    const QuillonOverride& item = overrides->items[i];
+    if (!item.methodName || std::string(item.methodName) != kMethods[i] || !item.function) return false;
+  }
+  return true;
+}
+
+void FreeModuleResources(void* moduleRecord) {
+  EngineState& state = State();
+  std::lock_guard lock(state.mutex);
+  std::erase_if(state.modules, [moduleRecord](const StartRecord& record) { return record.module == moduleRecord; });
+}
+
+}  // namespace
+
+const ORYOS_Lr& LrTable() {
+  static const ORYOS_Lr table{.FreeModuleResources = FreeModuleResources};
+  return table;
+}
+
+}  // namespace quillon
+
+QUILLON_EXPORT bool QuillonInitialize(void* moduleRecord, const char* startText, const char16_t* path,
+                                      const char16_t* secondPath, const QuillonArguments* args) {
+  using namespace quillon;
+  if (!startText) return false;
+  EngineState& state = State();
+  std::lock_guard lock(state.mutex);
+  if (state.started) return true;
+  state.modules.push_back(MakeStartRecord(moduleRecord, startText, path, secondPath, args));
+  state.started = true;
+  state.starter = std::thread(RunStart, moduleRecord, CopyOf(path));
+  return true;
+}
+
+QUILLON_EXPORT bool IsQuillonInitialized(const QuillonApi** record) {
+  bool ready = quillon::State().ready.load();
+  if (ready && record) *record = &quillon::ApiRecord();
+  return ready;
+}
+
+QUILLON_EXPORT bool QuillonShutdown(const QuillonOverrideBlock* overrides, void* moduleRecord, bool keepRunning) {
+  using namespace quillon;
+  EngineState& state = State();
+  if (state.starter.joinable()) state.starter.join();
+  OryMainFunc program = nullptr;
+  {
+    std::lock_guard lock(state.mutex);
+    program = state.program;
+    state.program = nullptr;
+  }
+  if (program) program(kOryMainEnd, const_cast<QuillonApi*>(&ApiRecord()), nullptr, nullptr);
+  FreeModuleResources(moduleRecord);
+  if (!keepRunning) {
+    std::lock_guard lock(state.mutex);
+    state.ready.store(false);
+    state.started = false;
+  }
+  return ValidOverrides(overrides);
+}

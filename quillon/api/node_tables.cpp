@@ -1,0 +1,189 @@
+// Tables At and Bl: what every scene node offers.
+#include "quillon/api/handles.h"
+#include "quillon/api/parameters.h"
+#include "quillon/api/scene_file.h"
+#include "quillon/api/tables.h"
+#include "quillon/model/links.h"
+
+namespace quillon {
+namespace {
+
+constexpr int32_t kBitCount = 64;
+
+int32_t GetType(const SceneNode* node) { return node ? NodeOf(node)->type : 0; }
+
+bool GetParameter(const SceneNode* node, const ParamId* id, DataValue* out, int32_t) {
+  if (!node || !out) return false;
+  return ReadParameter(*NodeOf(node), PathOf(id), *out);
+}
+
+bool SetParameter(SceneNode* node, const ParamId* id, const DataValue* value, int32_t) {
+  if (!node || !value) return false;
+  return WriteParameter(*NodeOf(node), PathOf(id), *value);
+}
+
+SceneNode* GetNext(const SceneNode* node) { return node ? HandleOf<SceneNode>(NodeOf(node)->next) : nullptr; }
+SceneNode* GetPrev(const SceneNode* node) { return node ? HandleOf<SceneNode>(NodeOf(node)->prev) : nullptr; }
+SceneNode* GetUp(const SceneNode* node) { return node ? HandleOf<SceneNode>(VisibleParent(NodeOf(node))) : nullptr; }
+
+SceneNode* GetDown(const SceneNode* node) {
+  return node ? HandleOf<SceneNode>(NodeOf(node)->firstChild) : nullptr;
+}
+
+// Keys stand in their curve's array, not in a list: Remove leaves them, and
+// DeleteKey takes them out.
+bool IsListed(const Node* node) { return node->nodeClass != NodeClass::Key && node->nodeClass != NodeClass::Document; }
+
+void InsertAfter(SceneNode* node, SceneNode* predecessor) {
+  if (node && predecessor && IsListed(NodeOf(node))) InsertBehind(NodeOf(node), NodeOf(predecessor));
+}
+
+void InsertUnder(SceneNode* node, SceneNode* parent) {
+  if (node && parent && node != parent && IsListed(NodeOf(node))) InsertFirstUnder(NodeOf(node), NodeOf(parent));
+}
+
+void InsertUnderLast(SceneNode* node, SceneNode* parent) {
+  if (node && parent && node != parent && IsListed(NodeOf(node))) InsertLastUnder(NodeOf(node), NodeOf(parent));
+}
+
+void Remove(SceneNode* node) {
+  if (node && IsListed(NodeOf(node))) Unlink(NodeOf(node));
+}
+
+BaseDocument* GetDocument(const SceneNode* node) {
+  return node ? HandleOf<BaseDocument>(DocumentOf(NodeOf(node))) : nullptr;
+}
+
+SceneNode* GetFirstUnderRoot(const SceneNode* root) { return GetDown(root); }
+void InsertUnderRoot(SceneNode* root, SceneNode* node) { InsertUnderLast(node, root); }
+
+void GetName(const SceneNode* node, EngineString* out) {
+  if (node && out) AssignText(*out, NodeOf(node)->name);
+}
+
+void SetName(SceneNode* node, const EngineString* name, bool) {
+  if (node) NodeOf(node)->name = name ? TextOf(*name) : std::u16string();
+}
+
+void InsertShader(SceneNode* material, BaseShader* shader, BaseShader* predecessor) {
+  if (!material || !shader) return;
+  Node* list = ShaderList(*NodeOf(material));
+  if (!list) return;
+  if (predecessor && NodeOf(predecessor)->parent == list) {
+    InsertBehind(NodeOf(shader), NodeOf(predecessor));
+  } else {
+    InsertLastUnder(NodeOf(shader), list);
+  }
+}
+
+void SetBitFlag(SceneNode* node, int32_t bit, bool on) {
+  if (node && bit >= 0 && bit < kBitCount) NodeOf(node)->bits.set(static_cast<size_t>(bit), on);
+}
+
+bool GetBitFlag(const SceneNode* node, int32_t bit) {
+  return node && bit >= 0 && bit < kBitCount && NodeOf(node)->bits.test(static_cast<size_t>(bit));
+}
+
+int32_t GetNodeType(const SceneNode* node) { return GetType(node); }
+uint32_t GetInfoBits(const SceneNode* node) { return node ? NodeOf(node)->infoBits : 0; }
+
+// A cache belongs to its generator, which holds it outside its children.
+void FreeCache(Object& cache) {
+  Object* generator = AsObject(cache.parent);
+  if (!generator) return;
+  if (generator->generatorCache.get() == &cache) generator->generatorCache.reset();
+  if (generator->deformCache.get() == &cache) generator->deformCache.reset();
+}
+
+void FreeNode(SceneNode* handle) {
+  if (!handle) return;
+  Node* node = NodeOf(handle);
+  if (Key* key = AsKey(node); key && key->curve) {
+    bool exact = false;
+    int32_t index = LowerBound(*key->curve, key->time, &exact);
+    if (exact && key->curve->keys.at(index) == key) {
+      DeleteKeyAt(*key->curve, index);
+      return;
+    }
+  }
+  if (Curve* curve = AsCurve(node); curve && curve->track) {
+    curve->track->curve.reset();
+    return;
+  }
+  if (Object* object = AsObject(node); object && object->parent && !object->prev &&
+                                       object->parent->firstChild != object) {
+    FreeCache(*object);
+    return;
+  }
+  if (Document* document = DocumentOf(node); document && document->activeSettings == node) {
+    document->activeSettings = nullptr;
+  }
+  Unlink(node);
+  delete node;
+}
+
+bool WriteNode(const BaseDocument* document, SceneFile* file) {
+  const Document* model = DocumentOfHandle(document);
+  return model && file && WriteSceneFile(*file, *model);
+}
+
+ParamContainer* GetDataInstance(SceneNode* node) { return node ? &NodeOf(node)->container : nullptr; }
+
+SceneLayer* GetSceneLayer(const SceneNode* node, const BaseDocument* document) {
+  if (!node) return nullptr;
+  Node* layer = ResolveLinkIn(NodeOf(node)->layerId, DocumentOfHandle(document));
+  return layer && layer->nodeClass == NodeClass::Layer ? HandleOf<SceneLayer>(layer) : nullptr;
+}
+
+void SetLayer(SceneNode* node, SceneLayer* layer) {
+  if (node) NodeOf(node)->layerId = layer ? LinkIdOf(NodeOf(layer)) : 0;
+}
+
+AnimTrack* FindTrack(const SceneNode* node, const ParamId* id) {
+  if (!node || !id || !id->levels) return nullptr;
+  return HandleOf<AnimTrack>(FindTrackByPath(*NodeOf(node), id->levels, id->count));
+}
+
+void InsertTrack(SceneNode* node, AnimTrack* track) {
+  if (node && TrackOf(track)) InsertLastUnder(NodeOf(track), NodeOf(node)->trackList());
+}
+
+}  // namespace
+
+const ORYOS_At& AtTable() {
+  static const ORYOS_At table{.GetType = GetType,
+                              .GetParameter = GetParameter,
+                              .SetParameter = SetParameter,
+                              .GetNext = GetNext,
+                              .GetUp = GetUp,
+                              .GetDown = GetDown,
+                              .InsertAfter = InsertAfter,
+                              .InsertUnder = InsertUnder,
+                              .InsertUnderLast = InsertUnderLast,
+                              .Remove = Remove,
+                              .GetDocument = GetDocument,
+                              .GetFirstUnderRoot = GetFirstUnderRoot,
+                              .InsertUnderRoot = InsertUnderRoot,
+                              .GetName = GetName,
+                              .SetName = SetName,
+                              .InsertShader = InsertShader,
+                              .SetBitFlag = SetBitFlag,
+                              .GetBitFlag = GetBitFlag,
+                              .GetPrev = GetPrev};
+  return table;
+}
+
+const ORYOS_Bl& BlTable() {
+  static const ORYOS_Bl table{.GetNodeType = GetNodeType,
+                              .GetInfoBits = GetInfoBits,
+                              .FreeNode = FreeNode,
+                              .WriteNode = WriteNode,
+                              .GetDataInstance = GetDataInstance,
+                              .GetSceneLayer = GetSceneLayer,
+                              .SetLayer = SetLayer,
+                              .FindTrack = FindTrack,
+                              .InsertTrack = InsertTrack};
+  return table;
+}
+
+}  // namespace quillon
