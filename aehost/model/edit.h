@@ -24,7 +24,7 @@ Layer& AddSolidLayer(Project& project, Item& comp, const std::string& name, int 
                      int height, const Value& color);
 Layer& AddNullLayer(Project& project, Item& comp, const std::string& name);
 // Cameras and lights look at `center` (x, y in composition pixels) and stand
-// in front of it; cameras at the default camera distance.
+// in front of it at the default camera distance (DefaultCameraZoom).
 Layer& AddCameraLayer(Project& project, Item& comp, const std::string& name, double centerX,
                       double centerY);
 Layer& AddLightLayer(Project& project, Item& comp, const std::string& name, double centerX,
