@@ -1,0 +1,109 @@
+// orytool: looks into scene files and makes them.
+//   orytool dump [--json] FILE.ory     the document as an indented tree, or as JSON
+//   orytool validate FILE.ory          exit 0, or 2 with the byte offset and the problem
+//   orytool build SCENE.json --output FILE.ory
+// Exit codes: 0 success, 1 a file could not be written, 2 bad input or usage.
+#include <CLI/CLI.hpp>
+#include <json/json.h>
+
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "quillon/format/ory_format.h"
+#include "quillon/orytool/scene_dump.h"
+#include "quillon/orytool/scene_json.h"
+
+namespace {
+
+constexpr int kExitWriteFailed = 1;
+constexpr int kExitBadInput = 2;
+
+using quillon::Document;
+
+int Complain(const std::string& message, int code) {
+  std::cerr << "orytool: " << message << '\n';
+  return code;
+}
+
+std::string JsonText(const Json::Value& value) {
+  Json::StreamWriterBuilder builder;
+  builder["indentation"] = "  ";
+  builder["emitUTF8"] = true;
+  builder["useSpecialFloats"] = true;
+  builder["precision"] = 17;
+  return Json::writeString(builder, value) + "\n";
+}
+
+bool ParseJsonFile(const std::string& path, Json::Value& root, std::string* error) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    *error = path + ": cannot open";
+    return false;
+  }
+  Json::CharReaderBuilder builder;
+  builder["allowSpecialFloats"] = true;
+  builder["failIfExtra"] = true;
+  builder["rejectDupKeys"] = true;
+  std::string errors;
+  if (Json::parseFromStream(builder, in, &root, &errors)) return true;
+  *error = path + ": not valid JSON: " + errors;
+  while (!error->empty() && error->back() == '\n') error->pop_back();
+  return false;
+}
+
+int Dump(const std::string& path, bool asJson) {
+  Document document;
+  std::string error;
+  if (!quillon::format::ReadDocument(path, document, &error)) return Complain(error, kExitBadInput);
+  std::cout << (asJson ? JsonText(quillon::orytool::DocumentToJson(document)) : quillon::orytool::DumpText(document));
+  return 0;
+}
+
+int Validate(const std::string& path) {
+  Document document;
+  std::string error;
+  if (!quillon::format::ReadDocument(path, document, &error)) return Complain(error, kExitBadInput);
+  std::cout << path << ": valid\n";
+  return 0;
+}
+
+int Build(const std::string& scenePath, const std::string& outputPath) {
+  Json::Value root;
+  std::string error;
+  if (!ParseJsonFile(scenePath, root, &error)) return Complain(error, kExitBadInput);
+  std::unique_ptr<Document> document = quillon::NewDocument();
+  if (!quillon::orytool::JsonToDocument(root, *document, &error)) return Complain(scenePath + ": " + error, kExitBadInput);
+  if (!quillon::format::WriteDocument(*document, outputPath, &error)) return Complain(error, kExitWriteFailed);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"Looks into scene files (.ory) and makes them from JSON scene descriptions."};
+  app.require_subcommand(1);
+  std::string file, scene, output;
+  bool asJson = false;
+
+  CLI::App* dump = app.add_subcommand("dump", "Print a scene file as an indented tree, or as JSON with --json.");
+  dump->add_flag("--json", asJson, "Print the JSON scene description that `build` reads back.");
+  dump->add_option("FILE", file, "The scene file.")->required();
+  CLI::App* validate = app.add_subcommand("validate", "Check a scene file: exit 0, or 2 with the offset and the problem.");
+  validate->add_option("FILE", file, "The scene file.")->required();
+  CLI::App* build = app.add_subcommand("build", "Write a scene file from a JSON scene description.");
+  build->add_option("SCENE", scene, "The JSON scene description.")->required();
+  build->add_option("--output,-o", output, "The scene file to write.")->required();
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::ParseError& e) {
+    app.exit(e);
+    return kExitBadInput;
+  }
+  if (dump->parsed()) return Dump(file, asJson);
+  if (validate->parsed()) return Validate(file);
+  return Build(scene, output);
+}
