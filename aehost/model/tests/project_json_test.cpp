@@ -78,6 +78,51 @@ TEST(ProjectJsonRoundTrip, NumbersWithoutAJsonFormAreRefused) {
   EXPECT_THROW(WriteProject(p.project), ProjectFormatError);
 }
 
+TEST(ProjectJsonContent, LeftOutKeysTakeTheirDefaultsAndStayLeftOut) {
+  const std::string text = R"({
+  "comps": [
+    {
+      "duration": 3,
+      "frameRate": 24,
+      "height": 10,
+      "id": 1,
+      "layers": [
+        {
+          "id": 1
+        },
+        {
+          "id": 2,
+          "type": "camera"
+        }
+      ],
+      "width": 20
+    }
+  ],
+  "format": "aehost-project",
+  "version": 1
+}
+)";
+  const Project project = ReadProject(text, "minimal");
+  EXPECT_EQ(project.path, "");
+  const Item& comp = *FindItem(project, 1);
+  EXPECT_EQ(comp.folderId, kRootFolderId);
+  EXPECT_DOUBLE_EQ(comp.pixelAspect, 1.0);
+  EXPECT_DOUBLE_EQ(comp.comp.workAreaDuration, 3.0);
+  EXPECT_EQ(comp.comp.background, V(0, 0, 0, 1));
+  const Layer& av = *comp.comp.layers[0];
+  EXPECT_DOUBLE_EQ(av.duration, 3.0);
+  EXPECT_DOUBLE_EQ(av.stretch, 1.0);
+  EXPECT_TRUE(av.switches.video);
+  EXPECT_FALSE(av.switches.threeD);
+  EXPECT_EQ(av.switches.autoOrient, AutoOrient::Off);
+  EXPECT_TRUE(av.streams.empty());
+  const Layer& camera = *comp.comp.layers[1];
+  EXPECT_TRUE(camera.switches.threeD);
+  EXPECT_EQ(camera.switches.autoOrient, AutoOrient::TowardsPointOfInterest);
+  EXPECT_EQ(camera.camera.filmSizeUnits, FilmSizeUnits::Horizontal);
+  EXPECT_EQ(WriteProject(project), text);
+}
+
 TEST(ProjectJsonContent, ItemsLayersAndStreams) {
   const Project project = ReadProject(ReadFile("full.json"), "full.json");
   EXPECT_EQ(project.path, "/projects/shot010.aep");

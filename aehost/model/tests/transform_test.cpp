@@ -171,6 +171,14 @@ TEST_F(TransformTest, CamerasLookAtTheirPointOfInterest) {
   ExpectIdentityRotation(World(camera));
 }
 
+TEST_F(TransformTest, LookingStraightDownKeepsTheCompositionsXAxis) {
+  const Matrix4 m = LookAt(V(0, 0, 0), V(0, 10, 0));
+  ExpectRow(m, 0, 1, 0, 0);
+  ExpectRow(m, 1, 0, 0, -1);  // z x x: the picture's down now points at the viewer
+  ExpectRow(m, 2, 0, 1, 0);
+  ExpectIdentityRotation(LookAt(V(1, 2, 3), V(1, 2, 3)));
+}
+
 TEST_F(TransformTest, AParentedCameraLooksInItsParentsSpace) {
   Layer& parent = Bare(false);
   p.Set(parent, LayerStream::Position, 50, 0, 0);
