@@ -1,0 +1,99 @@
+// orytool as a user runs it: exit codes, messages and files.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/support/run_command.h"
+
+namespace {
+
+using qae_test::RunCommand;
+
+class OrytoolCli : public ::testing::Test {
+ protected:
+  void SetUp() override { dir = qae_test::MakeTempDir("orytool_cli"); }
+  void TearDown() override { std::filesystem::remove_all(dir); }
+  std::string In(const char* leaf) const { return dir + "/" + leaf; }
+  qae_test::CommandResult Run(const std::vector<std::string>& args) {
+    return RunCommand(qae_test::OrytoolPath(), args);
+  }
+  std::string dir;
+};
+
+constexpr const char* kScene = R"({
+  "objects": [{"type": "ObjectType_Camera", "name": "Cam",
+               "tags": [{"type": "TagType_Target", "params": [{"id": 1001, "link": "t"}]}]},
+              {"type": "ObjectType_Null", "name": "Target", "ref": "t"}]
+})";
+
+TEST_F(OrytoolCli, BuildDumpAndBuildAgainGiveTheSameFile) {
+  qae_test::WriteFile(In("scene.json"), kScene);
+  auto built = Run({"build", In("scene.json"), "--output", In("a.ory")});
+  ASSERT_EQ(built.exitCode, 0) << built.err;
+  auto json = Run({"dump", "--json", In("a.ory")});
+  ASSERT_EQ(json.exitCode, 0) << json.err;
+  qae_test::WriteFile(In("dumped.json"), json.out);
+  ASSERT_EQ(Run({"build", In("dumped.json"), "-o", In("b.ory")}).exitCode, 0);
+  EXPECT_EQ(qae_test::ReadFile(In("a.ory")), qae_test::ReadFile(In("b.ory")));
+
+  auto text = Run({"dump", In("a.ory")});
+  ASSERT_EQ(text.exitCode, 0) << text.err;
+  EXPECT_EQ(text.out.rfind("2 objects, 1 cameras, 0 lights, 0 tracks, 0 keys, 0 markers, frames 0..90 at 30 fps\n", 0), 0u)
+      << text.out;
+  EXPECT_NE(text.out.find("1001 TargetTagParam_Target = link -> Null \"Target\"\n"), std::string::npos) << text.out;
+}
+
+TEST_F(OrytoolCli, ValidateNamesTheOffsetOfTheProblem) {
+  qae_test::WriteFile(In("scene.json"), kScene);
+  ASSERT_EQ(Run({"build", In("scene.json"), "-o", In("a.ory")}).exitCode, 0);
+  auto good = Run({"validate", In("a.ory")});
+  EXPECT_EQ(good.exitCode, 0) << good.err;
+  EXPECT_EQ(good.out, In("a.ory") + ": valid\n");
+
+  std::string bytes = qae_test::ReadFile(In("a.ory"));
+  bytes.resize(bytes.size() - 5);
+  qae_test::WriteFile(In("cut.ory"), bytes);
+  auto cut = Run({"validate", In("cut.ory")});
+  EXPECT_EQ(cut.exitCode, 2);
+  EXPECT_EQ(cut.err, "orytool: " + In("cut.ory") + ": byte 16: body length " + std::to_string(bytes.size() + 5 - 24) +
+                         " does not match the " + std::to_string(bytes.size() - 24) +
+                         " bytes after the header: the file is truncated\n");
+  auto missing = Run({"dump", In("none.ory")});
+  EXPECT_EQ(missing.exitCode, 2);
+  EXPECT_EQ(missing.err, "orytool: " + In("none.ory") + ": cannot open: No such file or directory\n");
+}
+
+TEST_F(OrytoolCli, BadDescriptionsExitWithTwoAndNameThePath) {
+  qae_test::WriteFile(In("broken.json"), "{\"objects\": [");
+  auto broken = Run({"build", In("broken.json"), "-o", In("x.ory")});
+  EXPECT_EQ(broken.exitCode, 2);
+  EXPECT_EQ(broken.err.rfind("orytool: " + In("broken.json") + ": not valid JSON: ", 0), 0u) << broken.err;
+
+  qae_test::WriteFile(In("wrong.json"), R"({"objects": [{"type": "ObjectType_Null", "rotation_order": "six"}]})");
+  auto wrong = Run({"build", In("wrong.json"), "-o", In("x.ory")});
+  EXPECT_EQ(wrong.exitCode, 2);
+  EXPECT_EQ(wrong.err, "orytool: " + In("wrong.json") + ": $.objects[0].rotation_order: expected a whole number\n");
+  EXPECT_FALSE(qae_test::FileExists(In("x.ory")));
+}
+
+TEST_F(OrytoolCli, UsageErrorsExitWithTwoAndHelpWithZero) {
+  EXPECT_EQ(Run({}).exitCode, 2);
+  EXPECT_EQ(Run({"dump"}).exitCode, 2);
+  EXPECT_EQ(Run({"build", In("scene.json")}).exitCode, 2);
+  EXPECT_EQ(Run({"frobnicate"}).exitCode, 2);
+  for (const char* command : {"dump", "validate", "build"}) {
+    auto help = Run({command, "--help"});
+    EXPECT_EQ(help.exitCode, 0) << command;
+    EXPECT_NE(help.out.find("Usage"), std::string::npos) << help.out;
+  }
+  EXPECT_EQ(Run({"--help"}).exitCode, 0);
+}
+
+TEST_F(OrytoolCli, WriteFailureExitsWithOne) {
+  qae_test::WriteFile(In("scene.json"), kScene);
+  auto result = Run({"build", In("scene.json"), "-o", In("no/folder/a.ory")});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_NE(result.err.find("cannot create a temporary file"), std::string::npos) << result.err;
+}
+
+}  // namespace
