@@ -52,12 +52,14 @@ void InsertObject(BaseDocument* document, BaseObject* object, BaseObject* parent
                   int32_t) {
   Document* model = DocumentOfHandle(document);
   Object* node = ObjectOf(object);
+  Object* after = ObjectOf(predecessor);
+  Object* above = ObjectOf(parent);
   if (!model || !node) return;
-  if (predecessor && ObjectOf(predecessor) && ObjectOf(predecessor) != node) {
-    InsertBehind(node, ObjectOf(predecessor));
-  } else if (parent && ObjectOf(parent) && ObjectOf(parent) != node) {
-    InsertFirstUnder(node, ObjectOf(parent));
-  } else {
+  if (after && after->parent && !IsWithin(after->parent, node)) {
+    InsertBehind(node, after);
+  } else if (above && !IsWithin(above, node)) {
+    InsertFirstUnder(node, above);
+  } else if (!after && !above) {
     InsertFirstUnder(node, model->objects.get());
   }
 }

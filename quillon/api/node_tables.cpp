@@ -30,20 +30,30 @@ SceneNode* GetDown(const SceneNode* node) {
   return node ? HandleOf<SceneNode>(NodeOf(node)->firstChild) : nullptr;
 }
 
-// Keys stand in their curve's array, not in a list: Remove leaves them, and
-// DeleteKey takes them out.
-bool IsListed(const Node* node) { return node->nodeClass != NodeClass::Key && node->nodeClass != NodeClass::Document; }
+// A cache hangs below its generator without being one of its children.
+bool IsCache(const Node* node) { return node->parent && !node->prev && node->parent->firstChild != node; }
+
+// What may move between lists. Keys stand in their curve's array (DeleteKey
+// takes them out), caches belong to their generator, documents stand alone.
+bool IsListed(const Node* node) {
+  return node->nodeClass != NodeClass::Key && node->nodeClass != NodeClass::Document && !IsCache(node);
+}
+
+// A node may go below place unless it is a fixed one or place lies within it.
+bool CanMove(const SceneNode* node, const Node* place) {
+  return node && place && IsListed(NodeOf(node)) && !IsWithin(place, NodeOf(node));
+}
 
 void InsertAfter(SceneNode* node, SceneNode* predecessor) {
-  if (node && predecessor && IsListed(NodeOf(node))) InsertBehind(NodeOf(node), NodeOf(predecessor));
+  if (predecessor && CanMove(node, NodeOf(predecessor)->parent)) InsertBehind(NodeOf(node), NodeOf(predecessor));
 }
 
 void InsertUnder(SceneNode* node, SceneNode* parent) {
-  if (node && parent && node != parent && IsListed(NodeOf(node))) InsertFirstUnder(NodeOf(node), NodeOf(parent));
+  if (CanMove(node, NodeOf(parent))) InsertFirstUnder(NodeOf(node), NodeOf(parent));
 }
 
 void InsertUnderLast(SceneNode* node, SceneNode* parent) {
-  if (node && parent && node != parent && IsListed(NodeOf(node))) InsertLastUnder(NodeOf(node), NodeOf(parent));
+  if (CanMove(node, NodeOf(parent))) InsertLastUnder(NodeOf(node), NodeOf(parent));
 }
 
 void Remove(SceneNode* node) {
@@ -110,8 +120,7 @@ void FreeNode(SceneNode* handle) {
     curve->track->curve.reset();
     return;
   }
-  if (Object* object = AsObject(node); object && object->parent && !object->prev &&
-                                       object->parent->firstChild != object) {
+  if (Object* object = AsObject(node); object && IsCache(object)) {
     FreeCache(*object);
     return;
   }

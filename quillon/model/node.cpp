@@ -85,6 +85,13 @@ Document* DocumentOf(const Node* node) {
   return nullptr;
 }
 
+bool IsWithin(const Node* node, const Node* ancestor) {
+  for (const Node* at = node; at; at = at->parent) {
+    if (at == ancestor) return true;
+  }
+  return false;
+}
+
 std::vector<Node*> ChildrenOf(const Node* node) {
   std::vector<Node*> children;
   for (Node* child = node->firstChild; child; child = child->next) children.push_back(child);

@@ -88,6 +88,8 @@ void Unlink(Node* node);
 Node* VisibleParent(const Node* node);
 // The document that the node belongs to, through lists and owners.
 Document* DocumentOf(const Node* node);
+// Whether node lies at or below ancestor; inserting ancestor there would make a cycle.
+bool IsWithin(const Node* node, const Node* ancestor);
 // Children in order.
 std::vector<Node*> ChildrenOf(const Node* node);
 

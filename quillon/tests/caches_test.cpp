@@ -94,6 +94,20 @@ TEST_F(CachesTest, ChainGeneratorsAndDeformersBuildTheirCaches) {
   EXPECT_EQ(Bo()->GetGeneratorCache(text), nullptr);
 }
 
+TEST_F(CachesTest, CachesBelongToTheirGenerator) {
+  BaseObject* generator = Insert(ObjectType_ChainGeneratorA);
+  Insert(ObjectType_Null, generator);
+  Evaluate();
+  BaseObject* cache = Bo()->GetGeneratorCache(generator);
+  ASSERT_NE(cache, nullptr);
+  At()->Remove(cache);
+  At()->InsertUnder(cache, generator);
+  EXPECT_EQ(At()->GetUp(cache), generator);
+  EXPECT_NE(At()->GetDown(generator), cache);
+  Bl()->FreeNode(cache);
+  EXPECT_EQ(Bo()->GetGeneratorCache(generator), nullptr);
+}
+
 TEST_F(CachesTest, AnInstanceOfItsOwnAncestorStops) {
   BaseObject* parent = Insert(ObjectType_Null);
   BaseObject* instance = Insert(ObjectType_Instance, parent);

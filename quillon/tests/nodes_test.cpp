@@ -62,6 +62,19 @@ TEST_F(NodesTest, InsertUnderPutsFirstAndInsertAfterFollows) {
   EXPECT_EQ(At()->GetPrev(last), middle);
 }
 
+TEST_F(NodesTest, NoNodeGoesBelowItself) {
+  BaseObject* parent = Make();
+  BaseObject* child = Make();
+  Bd()->InsertObject(document, parent, nullptr, nullptr, 0, 1);
+  Bd()->InsertObject(document, child, parent, nullptr, 0, 1);
+  At()->InsertUnder(parent, child);
+  Bd()->InsertObject(document, parent, child, nullptr, 0, 1);
+  At()->InsertUnderLast(parent, parent);
+  EXPECT_EQ(At()->GetUp(child), parent);
+  EXPECT_EQ(At()->GetUp(parent), nullptr);
+  EXPECT_EQ(Bd()->GetFirstObject(document), parent);
+}
+
 TEST_F(NodesTest, NamesTypesAndFlags) {
   BaseObject* camera = Make(ObjectType_KvCamera);
   Text name("Kamera \xC3\xA9");
