@@ -8,6 +8,7 @@
 #include "aehost/core/hooks.h"
 #include "aehost/core/host.h"
 #include "aehost/model/project_json.h"
+#include "aehost/script/expression_engine.h"
 
 namespace aehost {
 
@@ -40,6 +41,7 @@ int OpenProject(const HostOptions& options, const std::string& projectPath, Host
     g_host.quiet = options.quiet;
     g_host.progressBar = isatty(STDERR_FILENO) != 0;
     g_host.cancelProgressAt = session.answers.cancelProgressAt;
+    InstallExpressionEngine();
     session.script.user = &session.answers.user;
     session.script.project = &session.project;
     session.script.activeItem = [] { return g_host.activeItemId; };
