@@ -17,7 +17,7 @@ constexpr char kEngineMissing[] =
     "Orrery Studio 2024 must be installed in order to use \"Quillon by Vantor\". To install from the Creative "
     "Cloud app, go to After Effects, choose the \"...\" button next to \"Open\" and select 'Add-ons'.";
 
-// A project of one composition "Main" with a 3D null and, when asked, a 2D solid; `saved`
+// A project of one composition "Main" (640 by 360, 25 fps, two seconds shown from 1 s) with a 3D null and, when asked, a 2D solid; `saved`
 // gives it a project file in `folder`.
 std::string Project(const std::string& folder, bool saved, bool with3d, bool with2d) {
   std::string layers;
@@ -35,6 +35,7 @@ std::string Project(const std::string& folder, bool saved, bool with3d, bool wit
          (saved ? "\"path\": \"" + folder + "/shot.aep\"," : "") +
          R"("footage": [{"id": 2, "name": "Card", "width": 100, "height": 100, "solid": {"color": [1, 1, 1]}}],
             "comps": [{"id": 1, "name": "Main", "width": 640, "height": 360, "frameRate": 25, "duration": 2,
+                       "displayStart": 1,
                        "layers": [)" +
          layers + "]}]}";
 }
@@ -75,6 +76,26 @@ TEST_F(SpineExport, WritesTheSceneFileTheUserChose) {
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(WrittenFiles(), std::vector<std::string>{"scene.ory"});
   EXPECT_EQ(run.err.find("Error during event"), std::string::npos) << run.err;
+}
+
+TEST_F(SpineExport, TheSceneHoldsTheRootAndTheCompositionsTimeAndSize) {
+  ASSERT_EQ(Export(WriteProject(true, true, false), {"--output", dir_ + "/scene.ory"}).exitCode, 0);
+  const CommandResult dump = RunCommand(qae_test::OrytoolPath(), {"dump", dir_ + "/scene.ory"});
+  ASSERT_EQ(dump.exitCode, 0) << dump.err;
+  // The root: "<project file>-<composition>", centred on the composition (half of 640 by 360,
+  // y up), found again by its origin key.
+  EXPECT_NE(dump.out.find("  Null \"shot.aep-Main\", rotation order 0, offset (-320, 180, 0)\n"
+                          "    465001953 ParamKey_OriginKey = string \"QUILLON_EXPORT_ROOT_NODE\"\n"),
+            std::string::npos)
+      << dump.out;
+  // 50 frames shown from frame 25: from 25/25 s to (25 + 49)/25 s.
+  for (const char* line : {"1001 DocParam_Fps = int32 25\n", "1002 DocParam_MinTime = time 1/1\n",
+                           "1003 DocParam_MaxTime = time 74/25\n", "5008 RenderParam_Width = float 640\n",
+                           "5009 RenderParam_Height = float 360\n", "5017 RenderParam_FrameFrom = time 1/1\n",
+                           "5018 RenderParam_FrameTo = time 74/25\n", "5020 RenderParam_FrameRate = float 25\n",
+                           "6008 RenderParam_PixelAspect = float 1\n"}) {
+    EXPECT_NE(dump.out.find(line), std::string::npos) << line << dump.out;
+  }
 }
 
 TEST_F(SpineExport, AChosenNameGetsTheSceneSuffix) {
