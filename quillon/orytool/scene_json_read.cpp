@@ -78,15 +78,12 @@ Vector VectorFrom(const Json::Value& v, const std::string& path) {
   return {n[0], n[1], n[2]};
 }
 
-// Taken as written, not reduced, so that a dumped time comes back unchanged.
+// Reduced as the engine keeps every time, so that [50, 25] and [2, 1] find the same key.
 BaseTime TimeFrom(const Json::Value& v, const std::string& path) {
   const std::vector<double> n = Numbers(v, path, 2);
   if (!std::isfinite(n[0]) || !std::isfinite(n[1]) || n[1] < 1.0)
     Fail(path, "a time is [numerator, denominator] with a denominator of at least 1");
-  BaseTime t;
-  t.numerator = n[0];
-  t.denominator = n[1];
-  return t;
+  return BaseTime(n[0], n[1]);
 }
 
 std::int32_t TypeFrom(const Json::Value& v, NodeClass nodeClass, const std::string& path) {

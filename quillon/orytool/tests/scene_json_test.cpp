@@ -82,7 +82,7 @@ constexpr const char* kCameraRig = R"({
                             {"id": 1006, "vector": [1, 0, 0]}]}],
        "tracks": [{"path": [[903, 23], [1000, 19]], "name": "Position X",
                    "curve": {"keys": [{"time": [0, 25], "value": 0},
-                                      {"time": [1, 25], "value": 10, "bits": [41]}]}}]}]}
+                                      {"time": [2, 50], "value": 10, "bits": [41]}]}}]}]}
   ],
   "markers": [{"params": [{"id": "MarkerParam_Time", "time": [5, 25]},
                           {"id": "MarkerParam_Note", "string": "hit"}]}]
@@ -114,6 +114,12 @@ TEST(SceneJson, HandWrittenRigComesOutAsWritten) {
   EXPECT_EQ(x->kind, kTrackKindFloat);
   ASSERT_EQ(x->curve->keys.size(), 2);
   EXPECT_EQ(x->curve->keys.at(1)->value, 10.0);
+  // Times are reduced as the engine keeps them, so that a search by time finds the key.
+  EXPECT_EQ(x->curve->keys.at(1)->time.numerator, 1.0);
+  EXPECT_EQ(x->curve->keys.at(1)->time.denominator, 25.0);
+  bool exact = false;
+  EXPECT_EQ(LowerBound(*x->curve, BaseTime(2, 50), &exact), 1);
+  EXPECT_TRUE(exact);
   EXPECT_TRUE(x->curve->keys.at(1)->bits.test(kNodeBitKeyLinear));
 
   std::vector<Node*> markers = ChildrenOf(doc->markers.get());
