@@ -66,36 +66,48 @@ void Unlink(HeapArena& arena, HeapArena::Block* block) {
 
 HeapArena::Block* HeaderOf(void* ptr) { return static_cast<HeapArena::Block*>(ptr) - 1; }
 
-// A timer on this thread's CPU time that signals this thread, again every few
-// milliseconds after the first expiry in case the first one came at a moment
-// when no jump was possible.
-struct CpuTimer {
-    timer_t id{};
-    bool armed = false;
-    struct sigaction previous {};
-
-    CpuTimer(Guard* guard, unsigned ms) {
+// The handler stays installed once it is: a signal of a timer that was just
+// deleted may still be pending, and it must not meet the default action, which
+// ends the process. A signal for no running guard is ignored.
+void InstallTimerHandler() {
+    static const bool installed = [] {
         struct sigaction action {};
         action.sa_sigaction = OnTimer;
         action.sa_flags = SA_SIGINFO | SA_RESTART;
         sigemptyset(&action.sa_mask);
-        sigaction(SIGVTALRM, &action, &previous);
+        return sigaction(SIGVTALRM, &action, nullptr) == 0;
+    }();
+    (void)installed;
+}
+
+// A timer on this thread's CPU time that signals this thread, again every few
+// milliseconds after the first expiry in case the first one came at a moment
+// when no jump was possible. Where the system gives no such timer, runs have
+// no time limit.
+struct CpuTimer {
+    timer_t id{};
+    bool created = false;
+
+    CpuTimer(Guard* guard, unsigned ms) {
+        InstallTimerHandler();
         sigevent event{};
         event.sigev_notify = SIGEV_THREAD_ID;
         event.sigev_signo = SIGVTALRM;
         event.sigev_value.sival_ptr = guard;
         event._sigev_un._tid = static_cast<pid_t>(syscall(SYS_gettid));
-        if (timer_create(CLOCK_THREAD_CPUTIME_ID, &event, &id) != 0) return;
+        created = timer_create(CLOCK_THREAD_CPUTIME_ID, &event, &id) == 0;
+        if (!created) return;
         itimerspec spec{};
         spec.it_value.tv_sec = ms / 1000;
         spec.it_value.tv_nsec = static_cast<long>(ms % 1000) * 1000000L + 1;
         spec.it_interval.tv_nsec = 5 * 1000000L;
-        armed = timer_settime(id, 0, &spec, nullptr) == 0;
+        timer_settime(id, 0, &spec, nullptr);
     }
     ~CpuTimer() {
-        if (armed || id) timer_delete(id);
-        sigaction(SIGVTALRM, &previous, nullptr);
+        if (created) timer_delete(id);
     }
+    CpuTimer(const CpuTimer&) = delete;
+    CpuTimer& operator=(const CpuTimer&) = delete;
 };
 
 GuardOutcome Jumped(Guard& guard, int how) {
