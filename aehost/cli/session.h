@@ -21,6 +21,7 @@ struct HostOptions {
     std::string appDir;      // --app-dir
     std::string plugin;      // --plugin: a plug-in library instead of the installed one
     std::string answers;     // --answers
+    std::string transcript;  // --transcript
     bool quiet = false;      // --quiet: no progress bar
     bool allowLeaks = false; // --allow-leaks: report what the plug-in left behind, but exit 0
 };

@@ -11,6 +11,7 @@
 #include "aehost/core/model_handles.h"
 #include "aehost/core/suites.h"
 #include "aehost/model/project_json.h"
+#include "aehost/script/expression_engine.h"
 
 namespace aehost {
 
@@ -89,6 +90,7 @@ int RunXform(const XformOptions& options) {
         return kExitBadInput;
     }
     g_host.project = &project;
+    InstallExpressionEngine();
     const A_Time time = ToATime(options.frame / comp->frameRate, CompTimeScale(*comp));
     A_Matrix4 matrix{};
     const A_Err err = LayerSuite()->AEGP_GetLayerToWorldXform(LayerHandle(*layer), &time, &matrix);

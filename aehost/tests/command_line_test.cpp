@@ -19,7 +19,8 @@ using qae_test::WriteFile;
 // "Card": a 3D solid layer whose anchor is (100, 50, 0) and whose position
 // moves from (0, 0, 0) at 0 s to (100, 0, 0) at 1 s; below it the same
 // solid, 2D, unnamed, anchored at the middle of the solid (the default) and
-// placed at (320, 240).
+// placed at (320, 240); at the bottom "Follower", whose position expression
+// moves it 10 pixels a second along x.
 const char* kProject = R"({"format": "aehost-project", "version": 1, "path": "/projects/shot.aep",
   "footage": [{"id": 1, "name": "Red", "width": 200, "height": 100, "solid": {"color": [1, 0, 0]}}],
   "comps": [{"id": 2, "name": "Main", "width": 640, "height": 480, "frameRate": 25, "duration": 2,
@@ -27,7 +28,10 @@ const char* kProject = R"({"format": "aehost-project", "version": 1, "path": "/p
       {"id": 1, "name": "Card", "source": 1, "threeD": true,
        "transform": {"anchorPoint": {"value": [100, 50, 0]},
                      "position": {"keys": [{"time": 0, "value": [0, 0, 0]}, {"time": 1, "value": [100, 0, 0]}]}}},
-      {"id": 2, "source": 1, "transform": {"position": {"value": [320, 240, 0]}}}]}]})";
+      {"id": 2, "source": 1, "transform": {"position": {"value": [320, 240, 0]}}},
+      {"id": 3, "name": "Follower", "source": 1, "threeD": true,
+       "transform": {"anchorPoint": {"value": [0, 0, 0]},
+                     "position": {"value": [0, 0, 0], "expression": "[time * 10, 5, 0]"}}}]}]})";
 
 class CommandLineTest : public ::testing::Test {
 protected:
@@ -49,11 +53,13 @@ protected:
 
 TEST_F(CommandLineTest, ExportClicksTheCommandAndWritesTheChosenFile) {
     const std::string out = dir + "/shot.tst";
-    const CommandResult r = Run({"export", project, "--comp", "Main", "--output", out});
+    const std::string transcript = dir + "/messages.txt";
+    const CommandResult r = Run({"export", project, "--comp", "Main", "--output", out, "--transcript", transcript});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     // Translations at 0 s: position minus anchor for each layer.
-    EXPECT_EQ(ReadFile(out), "0 Card 3d -100 -50 0\n1 Red 2d 220 190 0\n");
-    EXPECT_NE(r.err.find("exported 2 layers"), std::string::npos) << r.err;
+    EXPECT_EQ(ReadFile(out), "0 Card 3d -100 -50 0\n1 Red 2d 220 190 0\n2 Follower 3d 0 5 0\n");
+    EXPECT_NE(r.err.find("exported 3 layers"), std::string::npos) << r.err;
+    EXPECT_NE(ReadFile(transcript).find("exported 3 layers\n"), std::string::npos);
 }
 
 TEST_F(CommandLineTest, CancelledSaveDialogWritesNothingAndSucceeds) {
@@ -151,6 +157,12 @@ TEST_F(CommandLineTest, XformPrintsTheLayerToWorldMatrix) {
         for (int col = 0; col < 4; ++col)
             EXPECT_NEAR(out["matrix"][row][col].asDouble(), expected[row][col], 1e-9) << row << "," << col;
     EXPECT_EQ(Run({"xform", project, "--comp", "Main", "--layer", "Nope", "--frame", "0"}).exitCode, 2);
+    // Expressions run: frame 50 is 2 s, so the follower stands at x = 20.
+    const CommandResult follower = Run({"xform", project, "--comp", "Main", "--layer", "Follower", "--frame", "50"});
+    ASSERT_EQ(follower.exitCode, 0) << follower.err;
+    std::istringstream(follower.out) >> out;
+    EXPECT_NEAR(out["matrix"][3][0].asDouble(), 20.0, 1e-9);
+    EXPECT_NEAR(out["matrix"][3][1].asDouble(), 5.0, 1e-9);
 }
 
 TEST_F(CommandLineTest, BadInputAndUsageExitWithTwo) {
