@@ -2,6 +2,7 @@
 // writes them. Expected values are worked out from the keys by hand.
 #include "aehost/model/edit.h"
 #include "aehost/model/project.h"
+#include "aehost/script/expression_engine.h"
 #include "aehost/script/script_engine.h"
 #include "aehost/script/tests/script_test_support.h"
 
@@ -149,6 +150,37 @@ TEST_F(AppProject, HandlesThatOutliveTheirObjectsGiveErrors) {
     EXPECT_NE(Fail("app.project.activeItem.layer(9);").find("layer index 9 is out of range"), std::string::npos);
     context.project = nullptr;
     EXPECT_EQ(Run("[app.project.numItems, app.project.activeItem].join();"), "0,");
+}
+
+TEST_F(AppProject, FoldersItemsAndLayerCollections) {
+    // Items in order of creation: the composition, then the "Solids" folder with the three
+    // solids that the solid and the two nulls were made from.
+    EXPECT_EQ(Run("var p = app.project; [p.numItems, p.item(1).name, p.item(2) instanceof FolderItem, p.item(2).name,"
+                  " p.item(2).numItems, p.item(2).item(1).name, p.item(3).parentFolder.name, p.rootFolder.numItems].join();"),
+              "5,Main,true,Solids,3,Red Solid,Solids,2");
+    EXPECT_EQ(Run("var c = app.project.activeItem; var l = c.layers; [l.length, l[1].name, l[4].name,"
+                  " l[4].source.mainSource.color, l[4].containingComp === c].join('|');"),
+              "4|Camera 1|Red Solid|1,0,0|true");
+    EXPECT_NE(Fail("app.project.item(6);").find("index 6 is out of range"), std::string::npos);
+}
+
+TEST_F(AppProject, MarkersAreKeysInCompositionTime) {
+    // Layer markers at layer times 0.5 and 2 on a layer that starts at 1 s.
+    solid->markers = {Marker{0.5, 0.0, "a"}, Marker{2.0, 0.0, "b"}};
+    comp->comp.markers = {Marker{4.0, 0.0, "c"}};
+    EXPECT_EQ(Run("var c = app.project.activeItem; var m = c.layer(4).property('Marker');"
+                  "[m.numKeys, m.keyTime(1), m.keyTime(2), c.markerProperty.numKeys, c.markerProperty.keyTime(1)].join();"),
+              "2,1.5,3,1,4");
+}
+
+TEST_F(AppProject, AnExpressionThatNeverEndsDoesNotStopTheScriptThatReadsIt) {
+    InstallExpressionEngine();
+    Stream& opacity = EnsureStream(project, *comp, *solid, LayerStream::Opacity);
+    opacity.value = V(35, 0);
+    opacity.expression = "for (;;) {}";
+    // The expression is stopped inside the script's read; the script sees the value before it.
+    EXPECT_EQ(Run("var o = app.project.activeItem.layer(4).transform.opacity; [o.valueAtTime(1, false), o.expression].join('|');"),
+              "35|for (;;) {}");
 }
 
 }  // namespace
