@@ -63,7 +63,7 @@ class SpineExport : public ::testing::Test {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(dir_)) {
       const std::string name = entry.path().filename().string();
-      if (name != "project.json") names.push_back(name);
+      if (name != "project.json" && name != "answers.json") names.push_back(name);
     }
     return names;
   }
@@ -156,6 +156,30 @@ TEST_F(SpineExport, FlatLayersBesideDeepOnesAreToldAndLeftOut) {
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_NE(run.err.find("2D layers found, these will not be exported."), std::string::npos) << run.err;
   EXPECT_TRUE(FileExists(dir_ + "/scene.ory"));
+}
+
+TEST_F(SpineExport, TextLayersBringTheTextQuestionBeforeTheSaveDialog) {
+  const std::string project = dir_ + "/project.json";
+  std::string text = Project(dir_, true, true, false);
+  const std::string layers = "\"layers\": [";
+  text.insert(text.find(layers) + layers.size(), R"({"id": 13, "name": "Title", "type": "text", "threeD": true},)");
+  qae_test::WriteFile(project, text);
+  const CommandResult live = Export(project, {"--output", dir_ + "/scene.ory", "--text", "live"});
+  EXPECT_EQ(live.exitCode, 0) << live.err;
+  const size_t question = live.err.find("How should they be exported?");
+  const size_t chosen = live.err.find("chose \"Live text");
+  const size_t save = live.err.find("save dialog");
+  EXPECT_LT(question, chosen) << live.err;
+  EXPECT_LT(chosen, save) << live.err;
+  EXPECT_NE(save, std::string::npos) << live.err;
+  // Closing the question ends the export silently: no save dialog, no message, no file.
+  qae_test::WriteFile(dir_ + "/answers.json", R"({"dialogs": [{"cancel": true}]})");
+  std::filesystem::remove(dir_ + "/scene.ory");
+  const CommandResult cancelled =
+      Export(project, {"--output", dir_ + "/scene.ory", "--answers", dir_ + "/answers.json"});
+  EXPECT_EQ(cancelled.err.find("save dialog"), std::string::npos) << cancelled.err;
+  EXPECT_EQ(cancelled.err.find("Error during event"), std::string::npos) << cancelled.err;
+  EXPECT_FALSE(FileExists(dir_ + "/scene.ory"));
 }
 
 TEST_F(SpineExport, TheMenuItemIsEnabledExactlyForAnActiveComposition) {
