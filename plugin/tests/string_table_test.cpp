@@ -51,6 +51,13 @@ TEST_F(StringTableTest, MissingOrBrokenFilesLeaveTheBuiltInTexts) {
   EXPECT_EQ(GetStringUtf8(MessageForCode(41)), "You must save the project before exporting.");
 }
 
+TEST_F(StringTableTest, HostileFilesAreRefusedWithoutHarm) {
+  EXPECT_EQ(LoadStringTableText(std::string(100000, '[')), StringTableLoad::kNotJson);
+  EXPECT_EQ(LoadStringTableText("[\"a list\", \"not an object\"]"), StringTableLoad::kNotJson);
+  EXPECT_EQ(LoadStringTableText(std::string("{\"StrID_NameExporter\": \"a\0b\"}", 29)), StringTableLoad::kLoaded);
+  EXPECT_EQ(GetStringUtf8(kStrNameExporter), "a_b");  // a zero byte reads as "_"
+}
+
 TEST_F(StringTableTest, AKeyMissingOrMarkedNotFoundUsesTheBuiltInRecord) {
   WriteStrings("en_US", R"({"StrID_NameExporter": "STRING NOT FOUND! really",
                             "StrID_ORYERR_NO3D_INCOMP": {"nested": 1},

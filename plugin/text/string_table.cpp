@@ -50,12 +50,21 @@ StringTableLoad LoadStringTableFile(const std::string& pluginFolder, const std::
   if (!FileExists(path, false)) return StringTableLoad::kNoFile;
   const std::optional<std::string> bytes = ReadFileBytes(path);
   if (!bytes) return StringTableLoad::kUnreadable;
+  return LoadStringTableText(*bytes);
+}
+
+StringTableLoad LoadStringTableText(const std::string& bytes) {
+  FreeStringTable();
   // A round trip through UTF-16 applies the plug-in's own reading of UTF-8: en dashes
   // become line feeds and what cannot be decoded becomes "_".
-  const std::string text = EncodeUtf8(DecodeUtf8(*bytes));
+  const std::string text = EncodeUtf8(DecodeUtf8(bytes));
   auto root = std::make_unique<Json::Value>();
   Json::Reader reader;
-  if (!reader.parse(text, *root, true) || !root->isObject()) return StringTableLoad::kNotJson;
+  try {
+    if (!reader.parse(text, *root, true) || !root->isObject()) return StringTableLoad::kNotJson;
+  } catch (const std::exception&) {
+    return StringTableLoad::kNotJson;  // the reader refuses nesting beyond its depth limit by throwing
+  }
   std::lock_guard<std::mutex> lock(g_stringTableMutex);
   g_stringRoot = std::move(root);
   return StringTableLoad::kLoaded;

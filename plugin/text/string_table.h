@@ -21,6 +21,9 @@ std::string StringFilePath(const std::string& pluginFolder, const std::string& l
 // Replaces the table with the file's content; on failure the table is empty.
 StringTableLoad LoadStringTableFile(const std::string& pluginFolder, const std::string& language);
 
+// Replaces the table with the content of a string file held in memory.
+StringTableLoad LoadStringTableText(const std::string& bytes);
+
 bool IsStringTableLoaded();
 void FreeStringTable();
 
