@@ -23,7 +23,11 @@ constexpr unsigned kTimeLimitMs = 2000;
 constexpr const char* kExpressionPrelude = R"JS(
 var __expression = (function () {
     function map(a, f) { var r = []; for (var i = 0; i < a.length; i++) r.push(f(a[i], i)); return r; }
+    // A property stands for its value, as in the host's expressions.
+    function plain(v) { return v instanceof Property ? v.value : v; }
     function both(a, b, f) {
+        a = plain(a);
+        b = plain(b);
         if (!(a instanceof Array)) return b instanceof Array ? map(b, function (y) { return f(a, y); }) : f(a, b);
         if (!(b instanceof Array)) return map(a, function (x) { return f(x, b); });
         var n = Math.max(a.length, b.length), r = [];
@@ -56,7 +60,7 @@ var __expression = (function () {
         mul: function (a, b) { return both(a, b, function (x, y) { return x * y; }); },
         div: function (a, b) { return both(a, b, function (x, y) { return x / y; }); },
         length: function (a, b) {
-            var d = b === undefined ? a : helpers.sub(a, b), s = 0;
+            var d = b === undefined ? plain(a) : helpers.sub(a, b), s = 0;
             if (!(d instanceof Array)) return Math.abs(d);
             for (var i = 0; i < d.length; i++) s += d[i] * d[i];
             return Math.sqrt(s);
@@ -109,8 +113,7 @@ var __expression = (function () {
         }
         var result;
         with (scope) { result = eval(source); }
-        if (result instanceof Property) result = result.value;
-        return result;
+        return plain(result);
     };
 })();
 )JS";

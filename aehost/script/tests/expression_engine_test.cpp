@@ -64,6 +64,10 @@ TEST_F(Expressions, OtherLayersAndVectors) {
                V(100, 100, 20));
     ExpectNear(Eval(LayerStream::Position, "add(thisComp.layer(2).transform.position.value, [0, -50, 0])", 1.0),
                V(100, 50, 20));
+    // A property stands for its value in the helpers and as the result.
+    ExpectNear(Eval(LayerStream::Position, "sub(thisComp.layer('Leader').transform.position, [100, 0, 0])", 2.0),
+               V(100, 100, 40));
+    ExpectNear(Eval(LayerStream::Position, "thisComp.layer('Leader').transform.position", 2.0), V(200, 100, 40));
     EXPECT_EQ(Eval(LayerStream::Position, "var p = thisComp.layer('Leader').transform.position; [p[0] * 2, p[1], 7]", 2.0),
               V(400, 100, 7));
     // Two of three numbers: the third keeps the value before the expression.
