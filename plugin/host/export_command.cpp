@@ -123,7 +123,7 @@ bool RunExportCommand(CTI* cti) {
   if (!EnsureEngineStarted(cti)) return false;
   const std::string projectName = ProjectFileName(cti);
   if (projectName.empty()) {
-    ReportError(41, cti);
+    ReportError(kCodeSaveBeforeExport, cti);
     return false;
   }
   DocumentScope scope{t_ORYOS_Bd->AllocDocument()};
@@ -164,10 +164,10 @@ bool ExportActiveComposition(CTI* cti, BaseDocument* document, Filename* target,
     return false;
   }
   if (!exporter.foundLayersToExport) {
-    ReportError(48, cti);
+    ReportError(kCodeNo3dLayers, cti);
     return false;
   }
-  if (exporter.found2dLayers) ReportError(49, cti);
+  if (exporter.found2dLayers) ReportError(kCode2dLayersFound, cti);
   if (exporter.foundTextLayers) {
     uint8_t choice = 1;
     if (AskTextExport(cti, &choice) != A_Err_NONE) return false;

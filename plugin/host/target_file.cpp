@@ -8,6 +8,7 @@
 #include "plugin/script/run_script.h"
 #include "plugin/text/encodings.h"
 #include "plugin/text/load_string_table.h"
+#include "plugin/text/message_ids.h"
 #include "plugin/text/path_text.h"
 
 namespace {
@@ -41,7 +42,7 @@ A_Err ChooseTargetFile(CTI* cti, Filename* target) {
   std::u16string projectPath;
   GetProjectPath(*cti, &projectPath);
   if (projectPath.empty()) {
-    ReportError(41, cti);
+    ReportError(kCodeSaveBeforeExport, cti);
     return A_Err_NONE;
   }
   const ActiveComposition active = FindActiveComposition(*cti);

@@ -18,10 +18,7 @@ inline constexpr MessageKey kStrTroublesImporterExporter{57, "StrID_TroublesImpo
 inline constexpr MessageKey kStrOryImporterExporter{58, "StrID_ORYImporterExporter"};
 inline constexpr MessageKey kStrTroublesOpenOry{59, "StrID_TroublesOpenORY"};
 
-// Failure codes that the plug-in itself raises.
-inline constexpr int32_t kCodeStartFailed = 37;
-inline constexpr int32_t kCodeStartedNoBridge = 38;
-inline constexpr int32_t kCodeNoInstallation = 39;
+// Failure codes that the export command raises.
 inline constexpr int32_t kCodeSaveBeforeExport = 41;
 inline constexpr int32_t kCodeNo3dLayers = 48;
 inline constexpr int32_t kCode2dLayersFound = 49;
