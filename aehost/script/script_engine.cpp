@@ -125,6 +125,7 @@ bool RunScript(ScriptContext& context, const std::string& source, std::string* r
         if (error) *error = why;
         return false;
     }
+    context.heap->arena.limit = context.limits.memoryLimitBytes;
     duk_context* ctx = context.heap->ctx;
     const duk_idx_t base = duk_get_top(ctx);
     ProgramRun run{&text};

@@ -64,6 +64,12 @@ void Unlink(HeapArena& arena, HeapArena::Block* block) {
     arena.used -= block->size;
 }
 
+// Whether `more` bytes fit under the limit; a limit lowered below what is in use
+// lets nothing more in.
+bool Fits(const HeapArena& arena, std::size_t more) {
+    return arena.used <= arena.limit && more <= arena.limit - arena.used;
+}
+
 HeapArena::Block* HeaderOf(void* ptr) { return static_cast<HeapArena::Block*>(ptr) - 1; }
 
 // The handler stays installed once it is: a signal of a timer that was just
@@ -119,7 +125,7 @@ GuardOutcome Jumped(Guard& guard, int how) {
 
 void* ArenaAlloc(void* udata, duk_size_t size) {
     auto& arena = *static_cast<HeapArena*>(udata);
-    if (size > arena.limit - arena.used) return nullptr;
+    if (!Fits(arena, size)) return nullptr;
     g_inAllocator = 1;
     void* raw = std::malloc(sizeof(HeapArena::Block) + size);
     void* result = raw ? Link(arena, static_cast<HeapArena::Block*>(raw), size) + 1 : nullptr;
@@ -136,7 +142,7 @@ void* ArenaRealloc(void* udata, void* ptr, duk_size_t size) {
         return nullptr;
     }
     HeapArena::Block* block = HeaderOf(ptr);
-    if (size > block->size && size - block->size > arena.limit - arena.used) return nullptr;
+    if (size > block->size && !Fits(arena, size - block->size)) return nullptr;
     g_inAllocator = 1;
     const std::size_t oldSize = block->size;
     Unlink(arena, block);
