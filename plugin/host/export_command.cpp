@@ -114,7 +114,8 @@ bool ExportWalks(CTI* cti, AEToOry& exporter, AEGP_CompH comp, BaseObject* root)
     failed = true;
   }
   if (failed) ReportStreamTrouble(cti);
-  return !failed;
+  // A cancel on the progress bar does not stop a walk by itself; it still means no file.
+  return !failed && cti->GetAbortCode() != PF_Interrupt_CANCEL;
 }
 
 }  // namespace

@@ -117,6 +117,15 @@ TEST_F(SpineExport, ACancelledSaveDialogShowsNothingAndWritesNothing) {
   EXPECT_NE(run.err.find("cancelled"), std::string::npos) << run.err;
 }
 
+TEST_F(SpineExport, ACancelOnTheProgressBarLeavesNoFileAndNoMessage) {
+  qae_test::WriteFile(dir_ + "/answers.json", R"({"cancelProgressAt": 50})");
+  const CommandResult run = Export(WriteProject(true, true, false),
+                                   {"--output", dir_ + "/scene.ory", "--answers", dir_ + "/answers.json"});
+  EXPECT_TRUE(WrittenFiles().empty());
+  EXPECT_EQ(run.err.find("Error during event"), std::string::npos) << run.err;
+  EXPECT_EQ(run.err.find("Problem encountered"), std::string::npos) << run.err;
+}
+
 TEST_F(SpineExport, ANeverSavedProjectIsToldOnceTheEngineRuns) {
   const std::string project = WriteProject(false, true, false);
   const CommandResult run = Export(project, {"--output", dir_ + "/scene.ory"});
