@@ -18,8 +18,11 @@ struct Project;  // aehost/model/project.h
 
 // Bounds on one run. A script that exceeds them is stopped with an error and the
 // scripting environment is thrown away (a fresh one is made for the next run);
-// the host itself goes on. The time bound counts wall time of script code, not of
-// the user's answers, which are immediate in a headless host.
+// the host itself goes on. The time bound counts the CPU time of the thread that
+// runs the script, so a busy machine does not cut a script short; how a running
+// script is stopped is told in script_guard.h. Memory counts every block of the
+// scripting environment; a request beyond the bound is the script's
+// "alloc failed" error, which it may catch.
 struct ScriptLimits {
     unsigned timeLimitMs = 10000;
     std::size_t memoryLimitBytes = std::size_t{512} << 20;
