@@ -80,8 +80,8 @@ A_Err EntryPointFunc(SPBasicSuite* pica, A_long /*majorVersion*/, A_long /*minor
                      AEGP_GlobalRefcon* /*globalRefcon*/) {
   g_pica = pica;
   g_pluginId = pluginId;
-  DebugLogger scope("EntryPointFunc");
   try {
+    DebugLogger scope("EntryPointFunc");
     SuiteHandler suites(pica);
     return Register(suites);
   } catch (A_Err err) {

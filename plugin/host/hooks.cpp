@@ -26,8 +26,8 @@ A_Err EnableExportCommand() {
 A_Err CommandHook(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command command, AEGP_HookPriority,
                   A_Boolean alreadyHandled, A_Boolean* handled) {
   if (command != g_exportCommand || alreadyHandled || !g_pica) return A_Err_NONE;
-  DebugLogger scope("CommandHook");
   return RunInFrame(g_pica, eQuillon_AEGP_CommandHook, g_pluginId, [&](CTI* cti) {
+    DebugLogger scope("CommandHook");
     if (!IsStringTableLoaded()) {
       SuiteHandler suites(g_pica);
       LoadStringTable(&suites, g_pluginId);
@@ -50,6 +50,10 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) 
 }
 
 A_Err DeathHook(AEGP_GlobalRefcon, AEGP_DeathRefcon) {
-  LogEvent("DeathHook", "shutting the engine down");
+  try {
+    LogEvent("DeathHook", "shutting the engine down");
+  } catch (...) {
+    // The log is never worth a failed shutdown.
+  }
   return UnloadQuillon(false) ? A_Err_NONE : A_Err_GENERIC;
 }
