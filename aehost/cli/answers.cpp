@@ -79,6 +79,26 @@ struct AnswerReader {
 
 }  // namespace
 
+bool ReadAnswers(const std::string& text, const std::string& sourceName, UserAnswers* answers, std::string* error) {
+    Json::CharReaderBuilder builder;
+    builder["rejectDupKeys"] = true;
+    builder["allowComments"] = false;
+    Json::Value top;
+    std::string parseError;
+    std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+    if (!reader->parse(text.data(), text.data() + text.size(), &top, &parseError)) {
+        *error = sourceName + ": not valid JSON: " + parseError;
+        return false;
+    }
+    try {
+        AnswerReader{sourceName}.Read(top, answers);
+    } catch (const std::runtime_error& e) {
+        *error = e.what();
+        return false;
+    }
+    return true;
+}
+
 bool ReadAnswersFile(const std::string& path, UserAnswers* answers, std::string* error) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
@@ -92,23 +112,7 @@ bool ReadAnswersFile(const std::string& path, UserAnswers* answers, std::string*
         *error = path + ": answers file larger than 1 MiB";
         return false;
     }
-    Json::CharReaderBuilder builder;
-    builder["rejectDupKeys"] = true;
-    builder["allowComments"] = false;
-    Json::Value top;
-    std::string parseError;
-    std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-    if (!reader->parse(text.data(), text.data() + text.size(), &top, &parseError)) {
-        *error = path + ": not valid JSON: " + parseError;
-        return false;
-    }
-    try {
-        AnswerReader{path}.Read(top, answers);
-    } catch (const std::runtime_error& e) {
-        *error = e.what();
-        return false;
-    }
-    return true;
+    return ReadAnswers(text, path, answers, error);
 }
 
 }  // namespace aehost

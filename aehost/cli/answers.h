@@ -18,8 +18,11 @@ struct UserAnswers {
     int cancelProgressAt = -1;
 };
 
-// Reads an answers file into `answers`; false with a message naming the file,
-// the key and the problem.
+// Reads answers from JSON text into `answers`; false with a message naming
+// `sourceName`, the key and the problem.
+bool ReadAnswers(const std::string& text, const std::string& sourceName, UserAnswers* answers, std::string* error);
+
+// The same from a file of at most 1 MiB.
 bool ReadAnswersFile(const std::string& path, UserAnswers* answers, std::string* error);
 
 }  // namespace aehost
