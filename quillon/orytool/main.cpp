@@ -46,7 +46,11 @@ bool ParseJsonFile(const std::string& path, Json::Value& root, std::string* erro
   builder["failIfExtra"] = true;
   builder["rejectDupKeys"] = true;
   std::string errors;
-  if (Json::parseFromStream(builder, in, &root, &errors)) return true;
+  try {
+    if (Json::parseFromStream(builder, in, &root, &errors)) return true;
+  } catch (const Json::Exception& e) {  // nesting beyond the parser's depth limit
+    errors = e.what();
+  }
   *error = path + ": not valid JSON: " + errors;
   while (!error->empty() && error->back() == '\n') error->pop_back();
   return false;

@@ -69,6 +69,11 @@ TEST_F(OrytoolCli, BadDescriptionsExitWithTwoAndNameThePath) {
   EXPECT_EQ(broken.exitCode, 2);
   EXPECT_EQ(broken.err.rfind("orytool: " + In("broken.json") + ": not valid JSON: ", 0), 0u) << broken.err;
 
+  qae_test::WriteFile(In("deep.json"), "{\"objects\": " + std::string(5000, '[') + std::string(5000, ']') + "}");
+  auto deep = Run({"build", In("deep.json"), "-o", In("x.ory")});
+  EXPECT_EQ(deep.exitCode, 2);
+  EXPECT_EQ(deep.err.rfind("orytool: " + In("deep.json") + ": not valid JSON: ", 0), 0u) << deep.err;
+
   qae_test::WriteFile(In("wrong.json"), R"({"objects": [{"type": "ObjectType_Null", "rotation_order": "six"}]})");
   auto wrong = Run({"build", In("wrong.json"), "-o", In("x.ory")});
   EXPECT_EQ(wrong.exitCode, 2);
