@@ -182,6 +182,14 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         layerCache[id] = layer;
         return layer;
     }
+    // The host also finds a transform property by name from the layer itself:
+    // layer.property("Position") is the Position of its Transform group.
+    Layer.prototype.property = function (key) {
+        var direct = PropertyGroup.prototype.property.call(this, key);
+        if (direct || typeof key === "number") return direct;
+        var transform = PropertyGroup.prototype.property.call(this, "ADBE Transform Group");
+        return transform ? transform.property(key) : null;
+    };
     Layer.prototype._make = function (description, index) {
         if (description.matchName === "ADBE Marker") {
             var marker = new MarkerProperty();

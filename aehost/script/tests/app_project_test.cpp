@@ -67,8 +67,9 @@ TEST_F(AppProject, PropertiesByNameMatchNameIndexAndCall) {
     EXPECT_EQ(Run("var l = app.project.activeItem.layer(4); var p = l.property('Transform').property('Position');"
                   "[p.name, p.matchName, p.propertyIndex, p.parentProperty.matchName, p.propertyType == PropertyType.PROPERTY,"
                   " l('ADBE Transform Group')('ADBE Position') === p, l.transform.position === p,"
-                  " l.property('Transform').property(2) === p, l.property('No Such') === null].join();"),
-              "Position,ADBE Position,2,ADBE Transform Group,true,true,true,true,true");
+                  " l.property('Transform').property(2) === p, l.property('No Such') === null, l.property('Position') === p,"
+                  " l('ADBE Rotate X').name, l.property(4).matchName].join();"),
+              "Position,ADBE Position,2,ADBE Transform Group,true,true,true,true,true,true,X Rotation,ADBE Transform Group");
     // A camera's anchor point is its point of interest; its zoom defaults to a 50 mm lens on
     // 36 mm film, 1920 * 50 / 36; it has no masks.
     EXPECT_EQ(Run("var l = app.project.activeItem.layer(1); [l.transform.property(1).name,"
@@ -104,9 +105,8 @@ TEST_F(AppProject, TheTemporalEaseScriptOfTheImporterChangesTheKey) {
         "var easeIn = new KeyframeEase(10,50);\n"
         "var easeOut = new KeyframeEase(12.5,50);\n"
         "myProperty.setTemporalEaseAtKey(2, [easeIn], [easeOut]);\n\n";
-    // Position lies in the Transform group, not at the top of the layer.
-    EXPECT_NE(Fail(script).find("null"), std::string::npos);
-    Run(std::string(script).replace(script.find(".property("), 0, ".property(\"Transform\")"));
+    // The layer finds Position in its Transform group.
+    Run(script);
     const Keyframe& key = solid->streams.at(LayerStream::Position).keys[1];
     EXPECT_EQ(key.easeIn[0], (Ease{10.0, 50.0}));
     EXPECT_EQ(key.easeOut[0], (Ease{12.5, 50.0}));
