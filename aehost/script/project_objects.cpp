@@ -162,19 +162,28 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         light: [LightLayer, "ADBE Light Layer"], text: [TextLayer, "ADBE Text Layer"],
         shape: [ShapeLayer, "ADBE Vector Layer"]
     };
+    // Objects are kept by id so that two reads give the same object; one is made
+    // anew when the project under the same id holds something else now (another
+    // project, another kind of layer, a changed set of properties).
     var layerCache = {};
 
     function layerObject(compId, id) {
         if (!id) return null;
-        if (layerCache[id]) return layerCache[id];
         var info = host.layer(compId, id);
+        var children = host.layerTree(compId, id);
+        var kept = layerCache[id];
+        if (kept && kept._compId === compId && kept._objectType === info.objectType &&
+            JSON.stringify(kept._children) === JSON.stringify(children)) {
+            return kept;
+        }
         var kind = layerClasses[info.objectType];
         var layer = makeGroup(kind[0].prototype,
-                              { name: info.name, matchName: kind[1], children: host.layerTree(compId, id) },
+                              { name: info.name, matchName: kind[1], children: children },
                               null, info.index, null);
         layer._layer = layer;
         layer._compId = compId;
         layer._id = id;
+        layer._objectType = info.objectType;
         layer.propertyType = PropertyType.INDEXED_GROUP;
         // A function has a name of its own, which would hide the layer's current name.
         Object.defineProperty(layer, "name", { get: function () { return layerInfo(layer).name; },
@@ -237,8 +246,9 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
 
     function itemObject(id) {
         if (id < 0) return null;
-        if (itemCache[id]) return itemCache[id];
-        var item = new itemClasses[host.item(id).kind]();
+        var itemClass = itemClasses[host.item(id).kind];
+        if (itemCache[id] instanceof itemClass) return itemCache[id];
+        var item = new itemClass();
         item._id = id;
         itemCache[id] = item;
         return item;

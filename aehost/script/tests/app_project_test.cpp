@@ -143,6 +143,20 @@ TEST_F(AppProject, TheQueryTemplatesRunAndReplyAsTheReadersExpect) {
     EXPECT_EQ(Run(rootVectors + "getLayerData(2);"), "0");
 }
 
+TEST_F(AppProject, ObjectsAreTheSameOnEveryReadUntilTheProjectChangesUnderThem) {
+    EXPECT_EQ(Run("var c = app.project.activeItem; var kept = c.layer(1); c.layer(1) === kept && c === app.project.item(1);"),
+              "true");
+    // The camera stops looking at its point of interest: its transform loses that property.
+    camera->switches.autoOrient = AutoOrient::Off;
+    EXPECT_EQ(Run("var now = app.project.activeItem.layer(1); [now === kept, now.transform.property(1).name].join();"),
+              "false,Position");
+    // Another project under the same ids: the item with id 1 is a folder there.
+    Project other = NewProject();
+    AddFolder(other, "Footage");
+    context.project = &other;
+    EXPECT_EQ(Run("[app.project.item(1) instanceof FolderItem, app.project.item(1).name].join();"), "true,Footage");
+}
+
 TEST_F(AppProject, HandlesThatOutliveTheirObjectsGiveErrors) {
     Run("var kept = app.project.activeItem.layer(4);");
     comp->comp.layers.pop_back();
