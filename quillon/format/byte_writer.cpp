@@ -7,12 +7,17 @@
 
 namespace quillon::format {
 
+// Whole values are appended at once: one capacity check instead of one a byte.
 void ByteWriter::U32(std::uint32_t v) {
-  for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(v >> shift));
+  std::uint8_t le[4];
+  for (int i = 0; i < 4; ++i) le[i] = static_cast<std::uint8_t>(v >> (8 * i));
+  bytes.insert(bytes.end(), le, le + 4);
 }
 
 void ByteWriter::U64(std::uint64_t v) {
-  for (int shift = 0; shift < 64; shift += 8) bytes.push_back(static_cast<std::uint8_t>(v >> shift));
+  std::uint8_t le[8];
+  for (int i = 0; i < 8; ++i) le[i] = static_cast<std::uint8_t>(v >> (8 * i));
+  bytes.insert(bytes.end(), le, le + 8);
 }
 
 void ByteWriter::F64(double v) { U64(std::bit_cast<std::uint64_t>(v)); }
