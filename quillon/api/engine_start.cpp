@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -21,13 +22,21 @@ namespace {
 // quillon::ory_main(int, void*, void*, void*) as the program's image names it.
 constexpr const char* kOryMainSymbol = "_ZN7quillon8ory_mainEiPvS0_S0_";
 
-// What a module gave at start, kept until its resources are released.
+// The install folder that the engine lends a module at start, as the Filename
+// handed to ory_main; it lives until the module releases its resources (Lr).
+struct FilenameRelease {
+  void operator()(Filename* file) const {
+    ReleasePath(*file);
+    delete file;
+  }
+};
+
 struct StartRecord {
   void* module = nullptr;
-  std::string startText;
-  std::u16string path;
-  std::u16string secondPath;
-  std::vector<std::u16string> arguments;
+  std::unique_ptr<Filename, FilenameRelease> folder;
+  StartRecord(void* owner, const std::u16string& path) : module(owner), folder(new Filename{nullptr}) {
+    AssignPath(*folder, ToUtf8(path));
+  }
 };
 
 struct EngineState {
@@ -61,28 +70,14 @@ OryMainFunc FindOryMain(void* moduleRecord) {
   return reinterpret_cast<OryMainFunc>(dlsym(RTLD_DEFAULT, kOryMainSymbol));
 }
 
-void RunStart(void* moduleRecord, const std::u16string& installFolder) {
+void RunStart(void* moduleRecord, Filename* installFolder) {
   EngineState& state = State();
   if (OryMainFunc oryMain = FindOryMain(moduleRecord)) {
-    Filename folder{nullptr};
-    AssignPath(folder, ToUtf8(installFolder));
-    int32_t result = oryMain(kOryMainStart, const_cast<QuillonApi*>(&ApiRecord()), nullptr, &folder);
-    ReleasePath(folder);
+    int32_t result = oryMain(kOryMainStart, const_cast<QuillonApi*>(&ApiRecord()), nullptr, installFolder);
     std::lock_guard lock(state.mutex);
     if (result == 1) state.program = oryMain;
   }
   state.ready.store(true);
-}
-
-std::u16string CopyOf(const char16_t* text) { return text ? std::u16string(text) : std::u16string(); }
-
-StartRecord MakeStartRecord(void* moduleRecord, const char* startText, const char16_t* path,
-                            const char16_t* secondPath, const QuillonArguments* args) {
-  StartRecord record{moduleRecord, startText, CopyOf(path), CopyOf(secondPath), {}};
-  if (args && args->items) {
-    for (int64_t i = 0; i < args->count; ++i) record.arguments.push_back(CopyOf(args->items[i]));
-  }
-  return record;
 }
 
 // The four methods that a program replaces for the time after the engine.
@@ -114,16 +109,18 @@ const ORYOS_Lr& LrTable() {
 
 }  // namespace quillon
 
+// The engine takes no start arguments of its own; secondPath and the argument
+// block are the program's business with the real engine.
 QUILLON_EXPORT bool QuillonInitialize(void* moduleRecord, const char* startText, const char16_t* path,
-                                      const char16_t* secondPath, const QuillonArguments* args) {
+                                      const char16_t*, const QuillonArguments*) {
   using namespace quillon;
   if (!startText) return false;
   EngineState& state = State();
   std::lock_guard lock(state.mutex);
   if (state.started) return true;
-  state.modules.push_back(MakeStartRecord(moduleRecord, startText, path, secondPath, args));
+  state.modules.emplace_back(moduleRecord, path ? std::u16string(path) : std::u16string());
   state.started = true;
-  state.starter = std::thread(RunStart, moduleRecord, CopyOf(path));
+  state.starter = std::thread(RunStart, moduleRecord, state.modules.back().folder.get());
   return true;
 }
 
