@@ -138,6 +138,27 @@ TEST_F(AnimationTest, PruningDeletesKeysOneByOneWhileWalking) {
   EXPECT_DOUBLE_EQ(At30(track, 70), 1.0);
 }
 
+TEST_F(AnimationTest, FreeingAKeyTakesItOutOfItsCurve) {
+  AnimCurve* curve = CA()->GetCurve(Track(positionX.id), 1, true);
+  Key(curve, 0, 1);
+  AnimKey* middle = Key(curve, 1, 2);
+  Key(curve, 2, 3);
+  Bl()->FreeNode(middle);
+  ASSERT_EQ(CA()->GetKeyCount(curve), 2);
+  EXPECT_EQ(CA()->GetKeyValue(CA()->GetKey(curve, 1)), 3.0);
+}
+
+TEST_F(AnimationTest, ATrackGivesBackItsPath) {
+  AnimTrack* track = Track(positionX.id);
+  ParamId path{nullptr, 0, 0};
+  CA()->GetTrackParamId(track, &path);
+  ASSERT_EQ(path.count, 2);
+  EXPECT_EQ(path.levels[0].id, ObjectParam_Position);
+  EXPECT_EQ(path.levels[1].id, VectorComponent_X);
+  Extension<ParamIdLibrary>(kExtensionParamId)->ParamIdFree(&path);
+  EXPECT_EQ(CA()->GetFirstTrack(object), track);
+}
+
 TEST_F(AnimationTest, FreeingATrackTakesItOffTheNode) {
   AnimTrack* track = Track(positionX.id);
   At()->Remove(track);

@@ -3,6 +3,7 @@
 
 #include <numbers>
 
+#include "quillon/api/handles.h"
 #include "quillon/tests/engine_tables.h"
 
 namespace quillon::testing {
@@ -92,6 +93,15 @@ TEST_F(ObjectsTest, SetLocalMatrixKeepsAMirrorInTheScale) {
   Bo()->GetScale(object, &scale);
   ExpectNear(scale, {1, 1, -3});
   ExpectNear(Bo()->GetLocalMatrix(object)->axisZ, {0, 0, -3});
+}
+
+TEST_F(ObjectsTest, ModesAreKeptByIndex) {
+  BaseObject* object = Insert();
+  Bo()->SetMode(object, 2, 1);
+  Bo()->SetMode(object, 3, 1);
+  const Object* model = ObjectOf(object);
+  EXPECT_EQ(model->modes[2], 1);
+  EXPECT_EQ(model->modes[0], 0);
 }
 
 TEST_F(ObjectsTest, TagsByTypeAndIndex) {

@@ -59,6 +59,24 @@ TEST(TypedValuesTest, CustomPayloadsBelongToTheirKind) {
   EXPECT_FALSE(Gd()->Equals(&different.value, &priority.value));
 }
 
+TEST(TypedValuesTest, FontPayloadIsFilledFromADescription) {
+  ParamContainer description{};
+  Bc()->InitContainer(&description, -1, 0);
+  Text family("DejaVu Sans");
+  Bc()->SetString(&description, 500, &family.value);
+  Bc()->SetInt32(&description, 501, 700);
+  Data font;
+  Gd()->InitCustomData(&font.value, DataKind_Font);
+  const auto* library = Extension<FontLibrary>(kExtensionFont);
+  ASSERT_TRUE(library->SetFontFromContainer(Gd()->GetCustomData(&font.value, DataKind_Font), &description));
+  Data same;
+  Gd()->InitCustomData(&same.value, DataKind_Font);
+  EXPECT_FALSE(Gd()->Equals(&font.value, &same.value));
+  library->SetFontFromContainer(Gd()->GetCustomData(&same.value, DataKind_Font), &description);
+  EXPECT_TRUE(Gd()->Equals(&font.value, &same.value));
+  Bc()->FreeContainer(&description);
+}
+
 TEST(ParamContainerTest, LocalSetWithDefaultsAndIndices) {
   ParamContainer set{};
   Bc()->InitContainer(&set, -1, 0);
