@@ -28,7 +28,7 @@ Node* AnimatedNode(const Track& track) {
 
 // The spline's current arrays, copied into a key of its point level animation.
 void FillSplineKey(Key& key, const Node& node) {
-  DataValue& slot = key.params[SplineKeyParam_Payload].raw;
+  DataValue& slot = key.data.raw;
   InitCustom(slot, DataKind_SplineKey);
   SplineKeyData* payload = AsSplineKey(slot);
   if (const Object* spline = AsObject(&node)) {

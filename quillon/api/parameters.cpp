@@ -1,6 +1,7 @@
 #include "quillon/api/parameters.h"
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/model/animation.h"
 
 namespace quillon {
 namespace {
@@ -14,10 +15,22 @@ double* Component(Vector& vector, int32_t id) {
   }
 }
 
+// A key's value that is no float is its parameter 10003: the payload of a
+// spline key, the text of a text key.
+bool IsKeyData(const Node& node, const std::vector<ParamLevel>& path) {
+  return node.nodeClass == NodeClass::Key && path.size() == 1 && path[0].id == SplineKeyParam_Payload;
+}
+
 }  // namespace
 
 bool ReadParameter(const Node& node, const std::vector<ParamLevel>& path, DataValue& out) {
   if (path.empty() || path.size() > 2) return false;
+  if (IsKeyData(node, path)) {
+    const Value& data = static_cast<const Key&>(node).data;
+    if (data.kind() == DataKind_Empty) return false;
+    CopyData(out, data.raw);
+    return true;
+  }
   auto found = node.params.find(path[0].id);
   if (found == node.params.end()) return false;
   if (path.size() == 1) {
@@ -35,6 +48,10 @@ bool ReadParameter(const Node& node, const std::vector<ParamLevel>& path, DataVa
 
 bool WriteParameter(Node& node, const std::vector<ParamLevel>& path, const DataValue& value) {
   if (path.empty() || path.size() > 2) return false;
+  if (IsKeyData(node, path)) {
+    CopyData(static_cast<Key&>(node).data.raw, value);
+    return true;
+  }
   if (path.size() == 1) {
     CopyData(node.params[path[0].id].raw, value);
     return true;

@@ -214,6 +214,14 @@ TEST_F(AnimationTest, SplineKeysCarryCopiesOfTheSplineArrays) {
   library->GetSplineKeyTags(Gd()->GetCustomData(&again.value, DataKind_SplineKey), &points, &tangents);
   EXPECT_EQ(static_cast<Vector*>(Tg()->GetDataAddress(points))[2].y, 50.0);
   EXPECT_EQ(static_cast<Vector*>(Bo()->GetTagData(spline, TagType_Points, 0))[2].y, 5.0);
+
+  // The payload is the key's data, so keys of different shapes are told apart.
+  AnimCurve* curve = CA()->GetCurve(track, 1, true);
+  BaseTime one(1, 30);
+  AnimKey* next = CA()->AddKey(curve, &one, nullptr, 0, 0);
+  EXPECT_FALSE(Gd()->Equals(CA()->GetKeyData(key), CA()->GetKeyData(next)));
+  ASSERT_TRUE(At()->SetParameter(next, &payloadPath.id, &again.value, 0));
+  EXPECT_TRUE(Gd()->Equals(CA()->GetKeyData(key), CA()->GetKeyData(next)));
 }
 
 }  // namespace
