@@ -36,11 +36,14 @@ A_Err DisposeProgress(PF_AppProgressDialogP) {
 }
 
 // Memory handles hold their bytes in a heap vector.
-AEGP_MemHandle NewHandle(const std::u16string& text) {
+AEGP_MemHandle NewHandleOf(std::vector<char> bytes) {
   ++g_host->liveHandles;
-  auto* bytes = new std::vector<char>((text.size() + 1) * sizeof(char16_t), 0);
-  std::memcpy(bytes->data(), text.data(), text.size() * sizeof(char16_t));
-  return reinterpret_cast<AEGP_MemHandle>(bytes);
+  return reinterpret_cast<AEGP_MemHandle>(new std::vector<char>(std::move(bytes)));
+}
+AEGP_MemHandle NewHandle(const std::u16string& text) {
+  std::vector<char> bytes((text.size() + 1) * sizeof(char16_t), 0);
+  std::memcpy(bytes.data(), text.data(), text.size() * sizeof(char16_t));
+  return NewHandleOf(std::move(bytes));
 }
 std::vector<char>* Bytes(AEGP_MemHandle handle) { return reinterpret_cast<std::vector<char>*>(handle); }
 
@@ -70,6 +73,15 @@ A_Err RegisterWithAEGP(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* id)
 A_Err GetPluginPaths(AEGP_PluginID, AEGP_GetPathTypes type, AEGP_MemHandle* handle) {
   if (type != AEGP_GetPathTypes_APP) return A_Err_PARAMETER;
   *handle = NewHandle(Widen(g_host->appFolder));
+  return A_Err_NONE;
+}
+
+A_Err ExecuteScript(AEGP_PluginID, const A_char* script, A_Boolean, AEGP_MemHandle* result, AEGP_MemHandle* error) {
+  g_host->scripts.push_back(script);
+  std::vector<char> reply(g_host->scriptReply.begin(), g_host->scriptReply.end());
+  reply.push_back('\0');
+  if (result) *result = NewHandleOf(std::move(reply));
+  if (error) *error = nullptr;
   return A_Err_NONE;
 }
 
@@ -150,6 +162,7 @@ AEGP_UtilitySuite13 MakeUtility() {
   suite.AEGP_ReportInfoUnicode = &ReportInfoUnicode;
   suite.AEGP_RegisterWithAEGP = &RegisterWithAEGP;
   suite.AEGP_GetPluginPaths = &GetPluginPaths;
+  suite.AEGP_ExecuteScript = &ExecuteScript;
   return suite;
 }
 

@@ -39,6 +39,8 @@ struct FakeHost {
   std::vector<unsigned char> fileKindBytes;
   std::string extension;
   int liveHandles = 0;  // memory handles given out and not yet freed
+  std::vector<std::string> scripts;  // what the plug-in ran
+  std::string scriptReply;
 
  private:
   SPBasicSuite pica_;
