@@ -75,7 +75,11 @@ BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type
   bool made = false;
   BaseObject* object = FindOrAllocObject(exporter, key, type, &made);
   if (made) {
-    if (insert) t_ORYOS_Bd->InsertObject(exporter.document, object, exporter.TopNode(), nullptr, 0, 1);
+    // New objects wait at the top of the document until the link walk places them: their
+    // values are world values, and only there does the engine see them as such. Under the
+    // object of a precomposition that is not yet placed itself, the inner link walk would
+    // take that object's place twice.
+    if (insert) t_ORYOS_Bd->InsertObject(exporter.document, object, nullptr, nullptr, 0, 1);
     AEGP_LayerIDVal id = -1;
     if (layer) LayerSuite13()->AEGP_GetLayerID(layer, &id);
     SetContainerInt32(object, ParamKey_LayerId, id);

@@ -1,5 +1,7 @@
 #include "plugin/exporter/track_ops.h"
 
+#include <optional>
+
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/key_pruning.h"
 #include "plugin/exporter/scene_ids.h"
@@ -149,6 +151,9 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
     return true;
   }
   Matrix current = saved;
+  // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
+  // past a full circle does not jump back at each rewritten key.
+  std::optional<Vector> previousLocalRotation;
   for (int32_t i = 0; i <= frameCount; ++i) {
     const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
     Vector rotation = MatrixToRotation(current, order, false);
@@ -163,7 +168,10 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
     t_ORYOS_Bo->SetGlobalMatrix(object, &current);
     const Matrix local = *t_ORYOS_Bo->GetLocalMatrix(object);
     RewriteKeys(tracks.position, time, local.off);
-    RewriteKeys(tracks.rotation, time, MatrixToRotation(local, order, false));
+    Vector localRotation = MatrixToRotation(local, order, false);
+    if (previousLocalRotation) localRotation = BestAngle(*previousLocalRotation, localRotation, order);
+    previousLocalRotation = localRotation;
+    RewriteKeys(tracks.rotation, time, localRotation);
     RewriteKeys(tracks.scale, time, AxisLengths(local));
   }
   t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
