@@ -43,8 +43,5 @@ void LoadStringTable(SuiteHandler* suites, AEGP_PluginID pluginId) {
 void ReportError(int32_t code, CTI* cti) {
   if (!cti) return;
   cti->CloseProgress();
-  const std::optional<std::u16string> text = GetStringU16(MessageForCode(code));
-  if (!text) return;
-  const auto* utility = cti->Suite<AEGP_UtilitySuite13>(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion13);
-  utility->AEGP_ReportInfoUnicode(cti->pluginId, HostText(*text));
+  if (const std::optional<std::u16string> text = GetStringU16(MessageForCode(code))) cti->ReportMessage(*text);
 }
