@@ -118,7 +118,7 @@ void CTI::ReportMessage(const std::u16string& text) {
   CloseProgress();
   const auto* utility = Suite<AEGP_UtilitySuite13>(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion13);
   utility->AEGP_ReportInfoUnicode(pluginId, HostText(text));
-  ++messagesShown;
+  errorsTold = errors.size();
 }
 
 void OpenFrame(const SPBasicSuite* pica, int32_t event, AEGP_PluginID pluginId) {

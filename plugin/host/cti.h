@@ -57,7 +57,7 @@ struct CTI : SuiteHandler {
   AEGP_PluginID pluginId;
   PF_AppProgressDialogP progressDialog = nullptr;
   int32_t abortCode = 0;
-  int32_t messagesShown = 0;  // by ReportMessage, so that a failure is told only once
+  size_t errorsTold = 0;  // errors recorded before the latest message: the user knows of them
 };
 
 // Pushes a new frame for `event` on the calling thread. When memory runs out nothing is

@@ -35,8 +35,8 @@ A_Err CommandHook(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command command, A
     RunExportCommand(cti);
     *handled = true;
     // What the command recorded on a way out that threw nothing still reaches the user,
-    // unless the command has told the user already.
-    if (!cti->errors.empty() && cti->messagesShown == 0) ReportFrameError(cti, eQuillon_AEGP_CommandHook, nullptr);
+    // unless a message of the command has told of it already.
+    if (cti->errors.size() > cti->errorsTold) ReportFrameError(cti, eQuillon_AEGP_CommandHook, nullptr);
   });
 }
 

@@ -129,6 +129,17 @@ TEST(Progress, OpensOnFirstUseAndStopsAfterCancel) {
   EXPECT_EQ(host.progressDisposals, 1);
 }
 
+TEST(Frames, AMessageCountsAsTellingOfTheErrorsBeforeIt) {
+  FakeHost host;
+  FrameScope frame(host.pica(), eQuillon_AEGP_CommandHook, 1);
+  CTI* cti = CurrentCTI();
+  cti->AddError(2, "a walk failed");
+  cti->ReportMessage(u"Problem encountered with streams.");
+  EXPECT_EQ(cti->errorsTold, 1u);
+  cti->AddError(1, "Failed to create target file.");
+  EXPECT_EQ(cti->errorsTold, 1u);  // this one the user has not heard of
+}
+
 TEST(Progress, ARefusedDialogLetsTheWorkGoOn) {
   FakeHost host;
   host.refuseProgressDialog = true;
