@@ -5,6 +5,7 @@
 // the found… flags and sets exportTextAsPlanes from the user's answer.
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "plugin/engine/engine_ops.h"
@@ -71,4 +72,9 @@ class AEToOry {
   bool foundCamera = false;
   bool foundTextLayers = false;
   bool exportTextAsPlanes = false;
+
+  // The objects that the factories made, by origin key and by layer id, so that finding one
+  // again does not walk every object of the document for each layer.
+  std::unordered_map<std::string, BaseObject*> objectsByKey;
+  std::unordered_map<int32_t, BaseObject*> objectsByLayerId;
 };

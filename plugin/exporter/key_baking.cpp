@@ -106,12 +106,11 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   if (times->size() <= 1) return err;
   // Keys pull in all frames between the first and the last; position surely exists and serves
   // to ask the layer's frames, whichever stream has the keys.
-  TimeMap all;
-  if (CollectLayerStreamTimes(exporter, layer, AEGP_LayerStream_POSITION, false, &all) == A_Err_NONE) {
-    for (const auto& [docTime, hostTime] : all) {
-      const double r = TimeRatio(docTime);
-      if (r > low && r < high) times->insert_or_assign(docTime, hostTime);
-    }
+  if (!LayerStream(layer, AEGP_LayerStream_POSITION)) return err;
+  const FrameRange range = LayerFrames(layer);
+  for (int32_t i = range.first; i <= range.last; ++i) {
+    const double r = TimeRatio(BaseTime(i, exporter.fps));
+    if (r > low && r < high) InsertFrame(times, i, exporter.fps, exporter.frameDuration);
   }
   return err;
 }

@@ -189,11 +189,10 @@ A_Err LinkLayer(AEToOry& exporter, AEGP_LayerH layer, BaseObject* defaultParent,
   if (!err) err = LayerSuite13()->AEGP_GetLayerID(layer, &id);
   if (!err && parentLayer) err = LayerSuite13()->AEGP_GetLayerID(parentLayer, &parentId);
 
-  BaseObject* first = t_ORYOS_Bd->GetFirstObject(exporter.document);
-  BaseObject* object = FindByLayerId(first, id);
+  BaseObject* object = FindLayerObject(exporter, id);
   BaseObject* parent = defaultParent;
   if (parentLayer) {
-    if (BaseObject* found = FindByLayerId(first, parentId)) parent = found;
+    if (BaseObject* found = FindLayerObject(exporter, parentId)) parent = found;
   }
   if (!object) return err;
   if (docLayer) t_ORYOS_Bl->SetLayer(object, docLayer);

@@ -57,16 +57,23 @@ void NameAndKeyOrThrow(AEToOry& exporter, AEGP_LayerH layer, std::string* name, 
 }
 
 BaseObject* FindOrAllocObject(AEToOry& exporter, const std::string& key, int32_t type, bool* made) {
-  BaseObject* object = static_cast<BaseObject*>(FindByKey(t_ORYOS_Bd->GetFirstObject(exporter.document), key));
-  *made = !object;
-  if (object) return object;
-  object = t_ORYOS_Bo->AllocObject(type);
+  const auto found = exporter.objectsByKey.find(key);
+  *made = found == exporter.objectsByKey.end();
+  if (!*made) return found->second;
+  BaseObject* object = t_ORYOS_Bo->AllocObject(type);
   if (!object) {
     AddError(4, "Export/Merge failed. Out of memory.");
     throw A_Err{4};
   }
   SetContainerString(object, ParamKey_OriginKey, key);
+  exporter.objectsByKey.emplace(key, object);
   return object;
+}
+
+BaseObject* FindLayerObject(AEToOry& exporter, int32_t layerId) {
+  const auto found = exporter.objectsByLayerId.find(layerId);
+  if (found != exporter.objectsByLayerId.end()) return found->second;
+  return FindByLayerId(t_ORYOS_Bd->GetFirstObject(exporter.document), layerId);
 }
 
 BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type, bool insert) {
@@ -83,6 +90,7 @@ BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type
     AEGP_LayerIDVal id = -1;
     if (layer) LayerSuite13()->AEGP_GetLayerID(layer, &id);
     SetContainerInt32(object, ParamKey_LayerId, id);
+    exporter.objectsByLayerId.emplace(id, object);
   }
   SetNodeName(object, name);
   return object;

@@ -9,9 +9,13 @@
 // False when the project has no file name. `name` keeps its "AE " prefix here.
 bool BuildNameAndKey(AEToOry& exporter, AEGP_LayerH layer, std::string* name, std::string* key);
 
-// The object that holds `key`, or a new one of `type` with that key and not yet inserted
-// (`made` tells which). Out of memory is fatal for the export.
+// The object that this export made with `key`, or a new one of `type` with that key and not
+// yet inserted (`made` tells which). Out of memory is fatal for the export.
 BaseObject* FindOrAllocObject(AEToOry& exporter, const std::string& key, int32_t type, bool* made);
+
+// The object of a layer: one that the factories made, else the first in the document that
+// holds the layer id (objects made elsewhere, such as the parts of text and shape layers).
+BaseObject* FindLayerObject(AEToOry& exporter, int32_t layerId);
 
 BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type, bool insert);
 SceneLayer* CreateDocLayer(AEToOry& exporter, AEGP_LayerH layer, bool insert);

@@ -10,7 +10,8 @@ void InsertFrame(TimeMap* times, int32_t frame, int32_t fps, const A_Time& frame
   A_Time hostTime;
   hostTime.value = frame * frameDuration.value;
   hostTime.scale = frameDuration.scale;
-  times->insert_or_assign(BaseTime(frame, fps), hostTime);
+  // Frames mostly arrive in order; the hint makes that a constant step.
+  times->insert_or_assign(times->end(), BaseTime(frame, fps), hostTime);
 }
 
 void InsertHostTime(TimeMap* times, const A_Time& t) {
