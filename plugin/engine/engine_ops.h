@@ -281,7 +281,28 @@ struct ORYOS_Bd {
                            int32_t caches, int32_t flags);
 };
 
-struct ORYOS_Bt {};
+// Engine threads. The thread calls main(object); the break test of a thread
+// asks ThreadBreak first, and then its own testBreak(object).
+struct EngineThread;
+using EngineThreadMain = void (*)(void* object);
+using EngineThreadTestBreak = bool (*)(void* object);
+using EngineThreadName = const char* (*)(void* object);
+constexpr int32_t kThreadStartAsync = 0;  // StartThread returns at once
+constexpr int32_t kThreadStartWait = 1;   // StartThread returns when main has returned
+
+struct ORYOS_Bt {
+  EngineThread* (*AllocThread)(EngineThreadMain main, EngineThreadTestBreak testBreak, void* object,
+                               EngineThreadName name);
+  // Asks the thread to stop and waits for it before freeing.
+  void (*FreeThread)(EngineThread* thread);
+  // False while the thread still runs.
+  bool (*StartThread)(EngineThread* thread, int32_t mode, int32_t priority, int32_t reserved);
+  // Asks the thread to stop; with wait 1 returns when it has.
+  void (*EndThread)(EngineThread* thread, int32_t wait);
+  void (*WaitThread)(EngineThread* thread, int32_t reserved);
+  bool (*ThreadBreak)(EngineThread* thread);
+  bool (*IsThreadRunning)(EngineThread* thread);
+};
 
 struct ORYOS_Mt {
   Material* (*AllocMaterial)(int32_t type);

@@ -33,7 +33,7 @@ QuillonApi MakeRecord() {
   api.tables[Table_Tg] = &TgTable();
   api.tables[Table_Bo] = &BoTable();
   api.tables[Table_Bd] = &BdTable();
-  api.tables[Table_Bt] = Empty<ORYOS_Bt>();
+  api.tables[Table_Bt] = &BtTable();
   api.tables[Table_Mt] = &MtTable();
   api.tables[Table_Tx] = Empty<ORYOS_Tx>();
   api.tables[Table_Bs] = Empty<ORYOS_Bs>();

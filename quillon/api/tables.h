@@ -17,6 +17,7 @@ const ORYOS_Bl& BlTable();
 const ORYOS_Tg& TgTable();
 const ORYOS_Bo& BoTable();
 const ORYOS_Bd& BdTable();
+const ORYOS_Bt& BtTable();
 const ORYOS_Mt& MtTable();
 const ORYOS_Br& BrTable();
 const ORYOS_Ln& LnTable();
