@@ -18,25 +18,56 @@ bool KeysHoldSameData(AnimCurve* curve, int32_t a, int32_t b) {
   return t_ORYOS_Gd->Equals(t_ORYOS_CA->GetKeyData(t_ORYOS_CA->GetKey(curve, a)), t_ORYOS_CA->GetKeyData(t_ORYOS_CA->GetKey(curve, b)));
 }
 
-// The nine transform tracks by parameter; a missing one is null.
+// A track walked frame by frame during rebasing: the key that stands at the current frame is
+// found by stepping forward, not by a search of the curve at every frame.
+struct TrackCursor {
+  AnimTrack* track = nullptr;
+  AnimCurve* curve = nullptr;
+  int32_t next = 0;
+  AnimKey* atTime = nullptr;
+
+  // The track's value at `time`: the key's own where one stands there, else the curve's.
+  double MoveTo(BaseDocument* document, const BaseTime& time) {
+    atTime = nullptr;
+    for (const int32_t count = t_ORYOS_CA->GetKeyCount(curve); next < count; ++next) {
+      AnimKey* key = t_ORYOS_CA->GetKey(curve, next);
+      BaseTime keyTime;
+      t_ORYOS_CA->GetKeyTime(key, &keyTime);
+      if (time < keyTime) break;
+      if (keyTime == time) {
+        atTime = key;
+        return t_ORYOS_CA->GetKeyValue(key);
+      }
+    }
+    return t_ORYOS_CA->GetCurveValue(track, document, &time, 0);
+  }
+};
+
+// The nine transform tracks by parameter; a missing one has no track.
 struct ObjectTracks {
-  AnimTrack* position[3] = {};
-  AnimTrack* rotation[3] = {};
-  AnimTrack* scale[3] = {};
+  TrackCursor position[3];
+  TrackCursor rotation[3];
+  TrackCursor scale[3];
   bool any = false;
 };
+
+TrackCursor CursorOf(BaseObject* object, int32_t parameter, int32_t component) {
+  const ComponentParamId id(parameter, component);
+  TrackCursor cursor;
+  cursor.track = t_ORYOS_Bl->FindTrack(object, &id.id);
+  cursor.curve = CurveOf(cursor.track);
+  if (!cursor.curve) cursor.track = nullptr;
+  return cursor;
+}
 
 ObjectTracks FindTransformTracks(BaseObject* object) {
   ObjectTracks tracks;
   const int32_t components[3] = {VectorComponent_X, VectorComponent_Y, VectorComponent_Z};
   for (int i = 0; i < 3; ++i) {
-    const ComponentParamId position(ObjectParam_Position, components[i]);
-    const ComponentParamId rotation(ObjectParam_Rotation, components[i]);
-    const ComponentParamId scale(ObjectParam_Scale, components[i]);
-    tracks.position[i] = t_ORYOS_Bl->FindTrack(object, &position.id);
-    tracks.rotation[i] = t_ORYOS_Bl->FindTrack(object, &rotation.id);
-    tracks.scale[i] = t_ORYOS_Bl->FindTrack(object, &scale.id);
-    tracks.any = tracks.any || tracks.position[i] || tracks.rotation[i] || tracks.scale[i];
+    tracks.position[i] = CursorOf(object, ObjectParam_Position, components[i]);
+    tracks.rotation[i] = CursorOf(object, ObjectParam_Rotation, components[i]);
+    tracks.scale[i] = CursorOf(object, ObjectParam_Scale, components[i]);
+    tracks.any = tracks.any || tracks.position[i].track || tracks.rotation[i].track || tracks.scale[i].track;
   }
   return tracks;
 }
@@ -56,20 +87,16 @@ Matrix ComposeMatrix(const Vector& position, const Vector& rotation, const Vecto
 }
 
 // Replaces the components whose track exists with the track's value at `time`.
-void ReadTracks(AnimTrack* const* tracks, BaseDocument* document, const BaseTime& time, Vector* value) {
+void ReadTracks(TrackCursor* tracks, BaseDocument* document, const BaseTime& time, Vector* value) {
   for (int i = 0; i < 3; ++i) {
-    if (tracks[i]) *Component(*value, i) = t_ORYOS_CA->GetCurveValue(tracks[i], document, &time, 0);
+    if (tracks[i].track) *Component(*value, i) = tracks[i].MoveTo(document, time);
   }
 }
 
-// Rewrites the key at `time` of each track that exists; frames without a key stay without one.
-void RewriteKeys(AnimTrack* const* tracks, const BaseTime& time, Vector value) {
+// Rewrites the key at the cursors' frame of each track; frames without a key stay without one.
+void RewriteKeys(const TrackCursor* tracks, Vector value) {
   for (int i = 0; i < 3; ++i) {
-    if (!tracks[i]) continue;
-    AnimCurve* curve = CurveOf(tracks[i]);
-    if (AnimKey* key = curve ? t_ORYOS_CA->FindKey(curve, &time, nullptr, 0) : nullptr) {
-      t_ORYOS_CA->SetKeyValue(key, curve, *Component(value, i));
-    }
+    if (tracks[i].atTime) t_ORYOS_CA->SetKeyValue(tracks[i].atTime, tracks[i].curve, *Component(value, i));
   }
 }
 
@@ -145,7 +172,7 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
   // gives the local matrix that keeps it where After Effects has it.
   const Matrix saved = *t_ORYOS_Bo->GetLocalMatrix(object);
   t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
-  const ObjectTracks tracks = FindTransformTracks(object);
+  ObjectTracks tracks = FindTransformTracks(object);
   if (!tracks.any) {
     t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
     return true;
@@ -167,12 +194,12 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
 
     t_ORYOS_Bo->SetGlobalMatrix(object, &current);
     const Matrix local = *t_ORYOS_Bo->GetLocalMatrix(object);
-    RewriteKeys(tracks.position, time, local.off);
+    RewriteKeys(tracks.position, local.off);
     Vector localRotation = MatrixToRotation(local, order, false);
     if (previousLocalRotation) localRotation = BestAngle(*previousLocalRotation, localRotation, order);
     previousLocalRotation = localRotation;
-    RewriteKeys(tracks.rotation, time, localRotation);
-    RewriteKeys(tracks.scale, time, AxisLengths(local));
+    RewriteKeys(tracks.rotation, localRotation);
+    RewriteKeys(tracks.scale, AxisLengths(local));
   }
   t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
   return true;
