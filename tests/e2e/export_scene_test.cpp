@@ -521,4 +521,25 @@ TEST_F(ExportedScene, TreeMirrorsParentingAndLeavesOut2dLayers) {
   EXPECT_EQ(parentOf.size(), 5u);
 }
 
+TEST_F(ExportedScene, HiddenLayerIsSwitchedOffAndLockedLayerGoesToTheLockLayer) {
+  const Example example = LoadExample("rig.json", "Rig");
+  Scene scene = ExportAndRead(example, workDir_);
+  ASSERT_TRUE(scene.document) << scene.error;
+  quillon::Object* floor = ObjectOfLayer(*scene.document, 14);
+  ASSERT_NE(floor, nullptr);
+  EXPECT_EQ(floor->modes[2], 1);  // the enabled mode switched off: exported all the same
+  quillon::Node* lockLayer = nullptr;
+  for (quillon::Node* layer = scene.document->layers->firstChild; layer; layer = layer->next) {
+    if (Utf8(layer->name) == "Lock Layer") lockLayer = layer;
+  }
+  ASSERT_NE(lockLayer, nullptr);
+  EXPECT_EQ(quillon::AsInt32(lockLayer->params.at(LayerParam_Locked).raw), 1);
+  EXPECT_NE(floor->layerId, 0u);
+  EXPECT_EQ(floor->layerId, lockLayer->linkId);
+  quillon::Object* shoulder = ObjectOfLayer(*scene.document, 13);
+  ASSERT_NE(shoulder, nullptr);
+  EXPECT_EQ(shoulder->modes[2], 0);
+  EXPECT_EQ(shoulder->layerId, 0u);
+}
+
 }  // namespace
