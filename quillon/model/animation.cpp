@@ -173,12 +173,8 @@ Track* FindTrackByPath(const Node& node, const ParamLevel* levels, int32_t count
 
 std::unique_ptr<Track> CloneTrack(const Track& source) {
   auto copy = std::make_unique<Track>(source.path);
+  CopyNodeBasics(source, *copy);
   copy->kind = source.kind;
-  copy->name = source.name;
-  copy->bits = source.bits;
-  copy->infoBits = source.infoBits;
-  copy->params = source.params;
-  copy->layerId = source.layerId;
   if (source.curve) {
     copy->curve = std::make_unique<Curve>();
     copy->curve->track = copy.get();

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/model/animation.h"
 
 namespace quillon {
 
@@ -31,10 +32,7 @@ const Tag* AsTag(const Node* node) {
 
 std::unique_ptr<Tag> CloneTag(const Tag& source) {
   auto copy = std::make_unique<Tag>(source.type);
-  copy->name = source.name;
-  copy->bits = source.bits;
-  copy->infoBits = source.infoBits;
-  copy->params = source.params;
+  CopyNodeBasics(source, *copy);
   copy->count = source.count;
   copy->data = source.data;
   return copy;
