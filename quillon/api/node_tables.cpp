@@ -34,9 +34,15 @@ SceneNode* GetDown(const SceneNode* node) {
 bool IsCache(const Node* node) { return node->parent && !node->prev && node->parent->firstChild != node; }
 
 // What may move between lists. Keys stand in their curve's array (DeleteKey
-// takes them out), caches belong to their generator, documents stand alone.
+// takes them out), caches belong to their generator, list roots to their
+// owner, documents stand alone.
 bool IsListed(const Node* node) {
-  return node->nodeClass != NodeClass::Key && node->nodeClass != NodeClass::Document && !IsCache(node);
+  switch (node->nodeClass) {
+    case NodeClass::Key:
+    case NodeClass::Document:
+    case NodeClass::ListRoot: return false;
+    default: return !IsCache(node);
+  }
 }
 
 // A node may go below place unless it is a fixed one or place lies within it.
@@ -108,6 +114,7 @@ void FreeCache(Object& cache) {
 void FreeNode(SceneNode* handle) {
   if (!handle) return;
   Node* node = NodeOf(handle);
+  if (node->nodeClass == NodeClass::ListRoot) return;
   if (Key* key = AsKey(node); key && key->curve) {
     bool exact = false;
     int32_t index = LowerBound(*key->curve, key->time, &exact);

@@ -73,6 +73,13 @@ TEST_F(NodesTest, NoNodeGoesBelowItself) {
   EXPECT_EQ(At()->GetUp(child), parent);
   EXPECT_EQ(At()->GetUp(parent), nullptr);
   EXPECT_EQ(Bd()->GetFirstObject(document), parent);
+
+  // A list root stays with its document.
+  SceneNode* layers = Bd()->GetLayerRoot(document);
+  At()->InsertUnder(layers, parent);
+  Bl()->FreeNode(layers);
+  EXPECT_EQ(Bd()->GetLayerRoot(document), layers);
+  EXPECT_EQ(At()->GetDown(parent), child);
 }
 
 TEST_F(NodesTest, NamesTypesAndFlags) {
