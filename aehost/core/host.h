@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -114,6 +115,7 @@ struct Host {
     ScriptRunner runScript;
     std::vector<std::string> transcript;  // every message the plug-ins showed
     std::vector<std::string> misuse;      // every refused call, as reported
+    std::set<std::string> expressionErrors;  // told once each, not once a frame
     std::vector<std::string> undoStack;
 
     std::map<std::string, std::map<std::string, std::string>> preferences;

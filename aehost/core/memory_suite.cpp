@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iostream>
 
 #include "aehost/core/host.h"
 #include "aehost/core/suite_call.h"
@@ -19,6 +20,14 @@ MemBlock* FindBlock(const char* call, AEGP_MemHandle memH, A_Err* err) {
     return nullptr;
 }
 
+// With reporting on (AEGP_SetMemReportingOn), every allocation and release
+// is told on standard error.
+void ReportMemory(const char* what, const MemBlock& block) {
+    if (g_host.memReporting)
+        std::cerr << "aehost: memory: " << what << " \"" << block.what << "\" of plug-in " << block.owner << ", "
+                  << block.bytes.size() << " bytes\n";
+}
+
 A_Err NewMemHandle(AEGP_PluginID plugin_id, const A_char* whatZ, AEGP_MemSize size, AEGP_MemFlag flags,
                    AEGP_MemHandle* memPH) {
     return GuardCall("AEGP_NewMemHandle", [&]() -> A_Err {
@@ -28,6 +37,7 @@ A_Err NewMemHandle(AEGP_PluginID plugin_id, const A_char* whatZ, AEGP_MemSize si
         block.bytes.assign(size, (flags & AEGP_MemFlag_CLEAR) ? 0 : static_cast<char>(0xCD));
         block.owner = plugin_id;
         block.what = whatZ ? whatZ : "";
+        ReportMemory("new", block);
         *memPH = MakeHandle<AEGP_MemHandle>(g_host.memory.Add(std::move(block)));
         return A_Err_NONE;
     });
@@ -39,6 +49,7 @@ A_Err FreeMemHandle(AEGP_MemHandle memH) {
         MemBlock* block = FindBlock("AEGP_FreeMemHandle", memH, &err);
         if (!block) return err;
         if (block->locks > 0) Refuse("AEGP_FreeMemHandle", "memory handle \"" + block->what + "\" freed while locked");
+        ReportMemory("free", *block);
         g_host.memory.Remove(HandleValue(memH));
         g_host.freedMemory.push_back(HandleValue(memH));
         return A_Err_NONE;
@@ -121,6 +132,7 @@ AEGP_MemHandle NewHandleWithBytes(AEGP_PluginID owner, const char* what, const v
     block.bytes.assign(static_cast<const char*>(data), static_cast<const char*>(data) + size);
     block.owner = owner;
     block.what = what;
+    ReportMemory("new", block);
     return MakeHandle<AEGP_MemHandle>(g_host.memory.Add(std::move(block)));
 }
 

@@ -148,6 +148,12 @@ Marker MarkerAt(const std::vector<Marker>& markers, double streamTime) {
     return found;
 }
 
+void ReportExpressionError(const ResolvedStream& rs, const std::string& error) {
+    std::string line = "expression of stream " + std::to_string(rs.ref->streamId) + " of layer " +
+                       std::to_string(rs.layer->id) + " \"" + rs.layer->name + "\": " + error;
+    if (g_host.expressionErrors.insert(line).second) std::cerr << "aehost: " << line << '\n';
+}
+
 A_Err GetNewStreamValue(AEGP_PluginID, AEGP_StreamRefH streamH, AEGP_LTimeMode time_mode, const A_Time* timePT,
                         A_Boolean pre_expressionB, AEGP_StreamValue2* valueP) {
     return GuardCall("AEGP_GetNewStreamValue", [&]() -> A_Err {
@@ -166,7 +172,7 @@ A_Err GetNewStreamValue(AEGP_PluginID, AEGP_StreamRefH streamH, AEGP_LTimeMode t
         std::string error;
         const Value value = EvaluateStream(*g_host.project, *rs.comp, *rs.layer, rs.Id(),
                                            CompTimeOf(rs, time_mode, seconds), pre_expressionB != 0, &error);
-        if (!error.empty()) std::cerr << "aehost: expression of layer \"" << rs.layer->name << "\": " << error << '\n';
+        if (!error.empty()) ReportExpressionError(rs, error);
         valueP->val = ToStreamVal(StreamKindOf(rs.Id()), value);
         return A_Err_NONE;
     });

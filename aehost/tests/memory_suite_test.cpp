@@ -80,5 +80,20 @@ TEST_F(MemoryTest, TextHandlesHoldZeroTerminatedUtf16) {
     EXPECT_EQ(TakeText(handle), "Caf\xC3\xA9 \xF0\x9F\x98\x80");
 }
 
+TEST_F(MemoryTest, ReportingTellsEveryAllocationAndRelease) {
+    const AEGP_MemorySuite1* mem = MemorySuite();
+    ASSERT_EQ(mem->AEGP_SetMemReportingOn(true), A_Err_NONE);
+    testing::internal::CaptureStderr();
+    AEGP_MemHandle handle = nullptr;
+    mem->AEGP_NewMemHandle(kPlugin, "names", 12, AEGP_MemFlag_NONE, &handle);
+    mem->AEGP_FreeMemHandle(handle);
+    mem->AEGP_SetMemReportingOn(false);
+    mem->AEGP_NewMemHandle(kPlugin, "quiet", 4, AEGP_MemFlag_NONE, &handle);
+    mem->AEGP_FreeMemHandle(handle);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "aehost: memory: new \"names\" of plug-in 7, 12 bytes\n"
+              "aehost: memory: free \"names\" of plug-in 7, 12 bytes\n");
+}
+
 }  // namespace
 }  // namespace aehost
