@@ -16,5 +16,6 @@ env -u AEHOST_APP_DIR -u QUILLON_ENGINE_DIR \
   "$prefix/bin/aehost" export "$source_dir/examples/rig.json" --comp Rig \
   --output "$prefix/rig.ory" --quiet
 "$prefix/bin/orytool" validate "$prefix/rig.ory"
-"$prefix/bin/orytool" dump "$prefix/rig.ory" | grep -q QUILLON_EXPORT_ROOT_NODE
+dump="$("$prefix/bin/orytool" dump "$prefix/rig.ory")"
+grep -q QUILLON_EXPORT_ROOT_NODE <<<"$dump"
 echo "installed tree exports and validates"
