@@ -4,7 +4,6 @@
 #include <cstring>
 #include <iostream>
 
-#include "aehost/core/host_time.h"
 #include "aehost/core/memory_suite.h"
 #include "aehost/core/stream_ref.h"
 #include "aehost/core/suite_call.h"

@@ -1,7 +1,5 @@
 // The utility suite: messages, undo groups, the plug-in's registration,
 // scripts and the host's folders.
-#include <algorithm>
-
 #include "aehost/core/host.h"
 #include "aehost/core/memory_suite.h"
 #include "aehost/core/suite_call.h"
