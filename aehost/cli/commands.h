@@ -26,6 +26,8 @@ struct ImportOptions {
     std::string file;
     std::string project;  // empty: an empty project
     std::string output;
+    std::string comp;     // the active composition, if any
+    std::string layer;    // the selected layer of it, if any
 };
 CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options);
 int RunImport(const ImportOptions& options, const char* argv0);

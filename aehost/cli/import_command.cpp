@@ -42,6 +42,8 @@ CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options) {
     command->add_option("--project", options.project, "project description to import into (default: an empty project)")
         ->check(CLI::ExistingFile);
     command->add_option("--output", options.output, "where to save the project description")->required();
+    CLI::Option* comp = command->add_option("--comp", options.comp, "the composition open while importing");
+    command->add_option("--layer", options.layer, "the layer selected in it (where scene markers go)")->needs(comp);
     AddHostOptions(*command, options.host);
     return command;
 }
@@ -49,6 +51,10 @@ CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options) {
 int RunImport(const ImportOptions& options, const char* argv0) {
     HostSession session;
     if (const int code = OpenProject(options.host, options.project, session)) return code;
+    if (!options.comp.empty())
+        if (const int code = ActivateComp(session, options.comp)) return code;
+    if (!options.layer.empty())
+        if (const int code = ActivateLayer(session, options.layer)) return code;
     if (const int code = StartPlugin(options.host, argv0, session)) return CloseHost(options.host, session, code);
     return CloseHost(options.host, session, ImportFile(options, session));
 }

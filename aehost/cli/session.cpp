@@ -68,15 +68,40 @@ int StartPlugin(const HostOptions& options, const char* argv0, HostSession& sess
     return kExitOk;
 }
 
-int ActivateComp(HostSession& session, const std::string& compName) {
-    for (const auto& item : session.project.items) {
-        if (item->kind == ItemKind::Composition && item->name == compName) {
-            g_host.activeItemId = item->id;
-            return kExitOk;
-        }
+const Item* FindComp(const Project& project, const std::string& name) {
+    for (const auto& item : project.items)
+        if (item->kind == ItemKind::Composition && item->name == name) return item.get();
+    return nullptr;
+}
+
+const Layer* FindLayerByName(const Project& project, const Item& comp, const std::string& name) {
+    for (const auto& layer : comp.comp.layers) {
+        const Item* source = layer->sourceId ? FindItem(project, layer->sourceId) : nullptr;
+        const std::string& shown = layer->name.empty() && source ? source->name : layer->name;
+        if (shown == name) return layer.get();
     }
-    HostError("the project has no composition named \"" + compName + "\"");
-    return kExitBadInput;
+    return nullptr;
+}
+
+int ActivateComp(HostSession& session, const std::string& compName) {
+    const Item* comp = FindComp(session.project, compName);
+    if (!comp) {
+        HostError("the project has no composition named \"" + compName + "\"");
+        return kExitBadInput;
+    }
+    g_host.activeItemId = comp->id;
+    return kExitOk;
+}
+
+int ActivateLayer(HostSession& session, const std::string& layerName) {
+    const Item* comp = FindItem(session.project, g_host.activeItemId);
+    const Layer* layer = comp ? FindLayerByName(session.project, *comp, layerName) : nullptr;
+    if (!layer) {
+        HostError("the active composition has no layer named \"" + layerName + "\"");
+        return kExitBadInput;
+    }
+    g_host.activeLayerId = layer->id;
+    return kExitOk;
 }
 
 namespace {

@@ -43,8 +43,16 @@ int OpenProject(const HostOptions& options, const std::string& projectPath, Host
 // Loads the plug-in and runs its entry point; kExitOk or kExitFailed after a message.
 int StartPlugin(const HostOptions& options, const char* argv0, HostSession& session);
 
+// The composition of that name, or null.
+const Item* FindComp(const Project& project, const std::string& name);
+// A layer by the name the timeline shows: its own, else its source's; the
+// topmost of several; or null.
+const Layer* FindLayerByName(const Project& project, const Item& comp, const std::string& name);
+
 // Makes the named composition the active item; kExitBadInput when there is none.
 int ActivateComp(HostSession& session, const std::string& compName);
+// Selects the named layer of the active composition; kExitBadInput when there is none.
+int ActivateLayer(HostSession& session, const std::string& layerName);
 
 // The host quits: death hooks, unloading, and the report of what the plug-in
 // left behind, which turns a successful `code` into kExitFailed unless leaks

@@ -17,23 +17,6 @@ namespace aehost {
 
 namespace {
 
-// A layer by the name the timeline shows: its own, else its source's; the
-// topmost of several.
-const Layer* FindLayerByName(const Project& project, const Item& comp, const std::string& name) {
-    for (const auto& layer : comp.comp.layers) {
-        const Item* source = layer->sourceId ? FindItem(project, layer->sourceId) : nullptr;
-        const std::string& shown = layer->name.empty() && source ? source->name : layer->name;
-        if (shown == name) return layer.get();
-    }
-    return nullptr;
-}
-
-const Item* FindComp(const Project& project, const std::string& name) {
-    for (const auto& item : project.items)
-        if (item->kind == ItemKind::Composition && item->name == name) return item.get();
-    return nullptr;
-}
-
 void PrintMatrix(const XformOptions& options, double seconds, const A_Matrix4& m) {
     Json::Value out;
     out["comp"] = options.comp;

@@ -133,6 +133,24 @@ TEST_F(CommandLineTest, ImportBuildsAFolderAndCompositionAndSavesTheProject) {
     EXPECT_TRUE(scene["layers"][0]["null"].asBool());
 }
 
+TEST_F(CommandLineTest, ImportMarksTheSelectedLayer) {
+    WriteFile(dir + "/scene.tst", "TST1\nAlpha\nBeta\n");
+    const std::string out = dir + "/marked.json";
+    const CommandResult r = Run({"import", dir + "/scene.tst", "--project", project, "--comp", "Main", "--layer",
+                                 "Card", "--output", out});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    Json::Value saved;
+    std::istringstream(ReadFile(out)) >> saved;
+    const Json::Value& card = saved["comps"][0]["layers"][0];
+    EXPECT_EQ(card["name"].asString(), "Card");
+    ASSERT_EQ(card["markers"].size(), 1u);
+    EXPECT_EQ(card["markers"][0]["time"].asDouble(), 1.0);
+    EXPECT_EQ(card["markers"][0]["comment"].asString(), "imported 2 names");
+    EXPECT_EQ(Run({"import", dir + "/scene.tst", "--project", project, "--comp", "Main", "--layer", "Nope",
+                   "--output", out}).exitCode,
+              2);
+}
+
 TEST_F(CommandLineTest, ImportRefusesFilesTheFlavorDoesNotTake) {
     WriteFile(dir + "/bad.tst", "NOPE\n");
     CommandResult r = Run({"import", dir + "/bad.tst", "--output", dir + "/o.json"});

@@ -8,7 +8,8 @@
 // AEHOST_TEST_PLUGIN picks a misbehaviour instead: "leak" (a memory handle
 // never freed), "double-free", "unhandled" (the command is not taken).
 // Its import reads a ".tst" file ("TST1", then one name a line) into a folder
-// "Imported" with a composition "Scene" holding one null a name.
+// "Imported" with a composition "Scene" holding one null a name, and marks the
+// selected layer, if any, with a marker "imported N names" at 1 s.
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -173,6 +174,37 @@ A_Err VerifyTst(const A_UTF16Char* path, AE_FIM_Refcon) {
     return valid ? A_Err_NONE : A_Err_STRUCT;
 }
 
+// Puts a marker on the selected layer the way an importer does: insert a key,
+// take the value there, put its own marker into it, set it, dispose of it.
+A_Err MarkActiveLayer(std::size_t count) {
+    Use<AEGP_LayerSuite14> layers(kAEGPLayerSuite, kAEGPLayerSuiteVersion14);
+    Use<AEGP_StreamSuite9> streams(kAEGPStreamSuite, kAEGPStreamSuiteVersion9);
+    Use<AEGP_KeyframeSuite4> keys(kAEGPKeyframeSuite, kAEGPKeyframeSuiteVersion4);
+    Use<AEGP_MarkerSuite2> markers(kAEGPMarkerSuite, kAEGPMarkerSuiteVersion2);
+    AEGP_LayerH layer = nullptr;
+    A_Err err = layers->AEGP_GetActiveLayer(&layer);
+    if (err || !layer) return err;
+    AEGP_StreamRefH stream = nullptr;
+    err = streams->AEGP_GetNewLayerStream(g_id, layer, AEGP_LayerStream_MARKER, &stream);
+    if (err) return err;
+    const A_Time second{1, 1};
+    A_long index = 0;
+    AEGP_StreamValue2 value{};
+    AEGP_MarkerValP marker = nullptr;
+    const std::u16string comment = U16("imported " + std::to_string(count) + " names");
+    err = keys->AEGP_InsertKeyframe(stream, AEGP_LTimeMode_LayerTime, &second, &index);
+    if (!err) err = streams->AEGP_GetNewStreamValue(g_id, stream, AEGP_LTimeMode_LayerTime, &second, true, &value);
+    if (!err) err = markers->AEGP_DisposeMarker(value.val.markerP);
+    if (!err) err = markers->AEGP_NewMarker(&marker);
+    if (!err) err = markers->AEGP_SetMarkerString(marker, AEGP_MarkerString_COMMENT, Units(comment),
+                                                  static_cast<A_long>(comment.size()));
+    value.val.markerP = marker;
+    if (!err) err = keys->AEGP_SetKeyframeValue(stream, index, &value);
+    if (marker) streams->AEGP_DisposeStreamValue(&value);
+    streams->AEGP_DisposeStream(stream);
+    return err;
+}
+
 A_Err ImportTst(const A_UTF16Char* path, AE_FIM_Refcon) {
     bool valid = false;
     const std::vector<std::string> names = ReadNames(path, &valid);
@@ -197,6 +229,7 @@ A_Err ImportTst(const A_UTF16Char* path, AE_FIM_Refcon) {
         AEGP_LayerH layer = nullptr;
         if (!err) err = comps->AEGP_CreateNullInComp(Units(units), comp, nullptr, &layer);
     }
+    if (!err) err = MarkActiveLayer(names.size());
     util->AEGP_EndUndoGroup();
     return err;
 }
