@@ -5,6 +5,7 @@
 #include "plugin/host/hooks.h"
 #include "plugin/host/plugin_globals.h"
 #include "plugin/host/host_text.h"
+#include "plugin/importer/import_file.h"
 #include "plugin/log/debug_log.h"
 #include "plugin/text/load_string_table.h"
 #include "plugin/text/string_table.h"
@@ -71,6 +72,10 @@ A_Err RegisterImporter(SuiteHandler& suites) {
     AEIO_FileExtension extension{};
     std::memcpy(extension.dot_extension, ".ory", 4);
     err = fim->AEGP_RegisterImportFlavorFileTypes(flavor, 1, &kind, 1, &extension);
+  }
+  if (!err && flavor != AE_FIM_ImportFlavorRef_NONE) {
+    const AE_FIM_ImportCallbacks callbacks{nullptr, &ImportFileCallback, &VerifyFileCallback};
+    err = fim->AEGP_RegisterImportFlavorImportCallbacks(flavor, AE_FIM_ImportFlag_COMP, &callbacks);
   }
   if (err) ReportText(suites, kStrTroublesImporterExporter);
   return err;

@@ -30,6 +30,8 @@ struct DocumentScope {
   }
 };
 
+}  // namespace
+
 bool EnsureEngineStarted(CTI* cti) {
   if (g_engineStarted) return true;
   std::u16string path = EngineInstallFolder(*cti, g_pluginId);
@@ -45,6 +47,8 @@ bool EnsureEngineStarted(CTI* cti) {
   g_engineStarted = true;
   return true;
 }
+
+namespace {
 
 // The project's file name, empty when the project was never saved.
 std::string ProjectFileName(CTI* cti) {

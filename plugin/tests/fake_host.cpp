@@ -131,6 +131,12 @@ A_Err RegisterImportFlavor(const A_char* name, AE_FIM_ImportFlavorRef* flavor) {
   *flavor = 5;
   return A_Err_NONE;
 }
+A_Err RegisterImportFlavorImportCallbacks(AE_FIM_ImportFlavorRef flavor, A_long flags,
+                                          const AE_FIM_ImportCallbacks* callbacks) {
+  g_host->calls.push_back("RegisterImportFlavorImportCallbacks " + std::to_string(flavor) + " " +
+                          std::to_string(flags) + (callbacks->import_cb && callbacks->verify_cb ? " both" : " missing"));
+  return A_Err_NONE;
+}
 A_Err RegisterImportFlavorFileTypes(AE_FIM_ImportFlavorRef flavor, A_long kinds, const AEIO_FileKind* kind,
                                     A_long extensions, const AEIO_FileExtension* extension) {
   g_host->calls.push_back("RegisterImportFlavorFileTypes " + std::to_string(flavor) + " " + std::to_string(kinds) +
@@ -190,6 +196,7 @@ AEGP_FileImportManagerSuite3 MakeImport() {
   AEGP_FileImportManagerSuite3 suite{};
   suite.AEGP_RegisterImportFlavor = &RegisterImportFlavor;
   suite.AEGP_RegisterImportFlavorFileTypes = &RegisterImportFlavorFileTypes;
+  suite.AEGP_RegisterImportFlavorImportCallbacks = &RegisterImportFlavorImportCallbacks;
   return suite;
 }
 

@@ -28,6 +28,7 @@ TEST(Entry, RegistersTheMenuItemHooksAndImportFlavor) {
                                      "RegisterDeathHook 77",
                                      "RegisterImportFlavor Orrery Studio Importer...",
                                      "RegisterImportFlavorFileTypes 5 1 1",
+                                     "RegisterImportFlavorImportCallbacks 5 2 both",
                                  }));
   EXPECT_EQ(g_exportCommand, 42);
   EXPECT_EQ(g_pluginId, 77);
@@ -47,7 +48,7 @@ TEST(Entry, WithoutAMenuItemTheUserIsToldAndTheHooksStillRegister) {
   ASSERT_EQ(host.reports.size(), 1u);
   EXPECT_EQ(host.reports[0], u"Orrery Studio Exporter: Problem encountered during file export.");
   EXPECT_EQ(g_exportCommand, 0);
-  EXPECT_EQ(Registrations(host).size(), 6u);
+  EXPECT_EQ(Registrations(host).size(), 7u);
 }
 
 TEST(Entry, AFailedHookIsToldAndTheImporterStillRegisters) {
@@ -57,7 +58,7 @@ TEST(Entry, AFailedHookIsToldAndTheImporterStillRegisters) {
   ASSERT_EQ(host.reports.size(), 1u);
   EXPECT_EQ(host.reports[0], u"Orrery Studio Exporter: Problem encountered during plugin registration.");
   const std::vector<std::string> calls = Registrations(host);
-  EXPECT_EQ(calls.back(), "RegisterImportFlavorFileTypes 5 1 1");
+  EXPECT_EQ(calls.back(), "RegisterImportFlavorImportCallbacks 5 2 both");
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "RegisterUpdateMenuHook 77"), 0);
 }
 

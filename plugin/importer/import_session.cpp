@@ -1,0 +1,3 @@
+#include "plugin/importer/import_session.h"
+
+ImportSession g_importSession;

@@ -1,0 +1,179 @@
+#include "plugin/importer/timeline_markers.h"
+
+#include <cmath>
+
+#include "plugin/exporter/scene_ids.h"
+#include "plugin/exporter/scene_params.h"
+#include "plugin/host/plugin_globals.h"
+#include "plugin/importer/import_file.h"
+#include "plugin/importer/import_session.h"
+#include "plugin/importer/scene_read.h"
+#include "plugin/text/encodings.h"
+
+namespace {
+
+constexpr A_Err kMarkerFailed = 512;
+constexpr A_Err kMarkerNotMade = 4;
+
+const MarkerLibrary* Markers() {
+  static const MarkerLibrary* library = nullptr;
+  if (!library) {
+    static const void* cacheSlot = nullptr;
+    const ExtensionRecord* record = t_ORYOS_Ge->FindExtension(kExtensionMarkers, kExtensionLookupLevel, &cacheSlot);
+    const void* table = nullptr;
+    int32_t id = 0, size = 0;
+    if (record && t_ORYOS_Ge->GetExtensionTable(record, &table, &id, &size) &&
+        size >= static_cast<int32_t>(sizeof(MarkerLibrary)))
+      library = static_cast<const MarkerLibrary*>(table);
+  }
+  return library;
+}
+
+const AEGP_MarkerSuite2* MarkerSuite(CTI* cti) {
+  return cti->Suite<AEGP_MarkerSuite2>(kAEGPMarkerSuite, kAEGPMarkerSuiteVersion2);
+}
+
+const AEGP_KeyframeSuite4* KeySuite(CTI* cti) {
+  return cti->Suite<AEGP_KeyframeSuite4>(kAEGPKeyframeSuite, kAEGPKeyframeSuiteVersion4);
+}
+
+// Whether the scene marker has a note parameter, and its text.
+bool ReadNote(TimelineMarker* marker, std::u16string* note) {
+  const ParamContainer* data = t_ORYOS_Bl->GetDataInstance(marker);
+  if (!data || t_ORYOS_Bc->FindIndex(data, MarkerParam_Note, 0) == -1) return false;
+  OwnedString text;
+  const OwnedString empty;
+  t_ORYOS_Bc->GetString(data, text.get(), MarkerParam_Note, empty.get());
+  *note = DecodeUtf8(ToUtf8(*text.get()));
+  return true;
+}
+
+std::u16string Comment(CTI* cti, AEGP_MarkerValP marker) {
+  AEGP_MemHandle handle = nullptr;
+  if (MarkerSuite(cti)->AEGP_GetMarkerString(g_pluginId, marker, AEGP_MarkerString_COMMENT, &handle) || !handle)
+    return {};
+  const auto* memory = cti->Suite<AEGP_MemorySuite1>(kAEGPMemorySuite, kAEGPMemorySuiteVersion1);
+  std::u16string text;
+  void* units = nullptr;
+  if (!memory->AEGP_LockMemHandle(handle, &units) && units) {
+    for (const auto* at = static_cast<const char16_t*>(units); *at; ++at) text.push_back(*at);
+    memory->AEGP_UnlockMemHandle(handle);
+  }
+  memory->AEGP_FreeMemHandle(handle);
+  return text;
+}
+
+A_Err MakeHostMarker(CTI* cti, TimelineMarker* sceneMarker, AEGP_MarkerValP* marker, double frameRate,
+                     uint32_t scale) {
+  std::u16string note;
+  const bool hasNote = ReadNote(sceneMarker, &note);
+  const std::u16string text = MarkerComment(DecodeUtf8(NodeName(sceneMarker)), hasNote ? &note : nullptr);
+  const BaseTime length =
+      ContainerHas(sceneMarker, MarkerParam_Length) ? ContainerTime(sceneMarker, MarkerParam_Length) : BaseTime(0, 1);
+  const A_Time duration{SceneFrame(length, frameRate) * 100, scale};
+  const auto* markers = MarkerSuite(cti);
+  if (!*marker && (markers->AEGP_NewMarker(marker) || !*marker)) {
+    cti->AddError(kMarkerNotMade, "ExtractORYTimelineMarkers failed to create an AE Timeline marker.");
+    return kMarkerNotMade;
+  }
+  if (const A_Err err = markers->AEGP_SetMarkerString(*marker, AEGP_MarkerString_COMMENT,
+                                                      reinterpret_cast<const A_UTF16Char*>(text.c_str()),
+                                                      static_cast<A_long>(text.size())))
+    return err;
+  return markers->AEGP_SetMarkerDuration(*marker, &duration);
+}
+
+bool IsDuplicateMarker(CTI* cti, AEGP_StreamRefH stream, A_long timeValue, AEGP_MarkerValP marker) {
+  if (!marker) return false;
+  const auto* keys = KeySuite(cti);
+  const auto* markers = MarkerSuite(cti);
+  const auto* streams = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9);
+  A_long count = 0;
+  if (keys->AEGP_GetStreamNumKFs(stream, &count)) return false;
+  A_Time candidateLength{};
+  markers->AEGP_GetMarkerDuration(marker, &candidateLength);
+  const std::u16string candidateComment = Comment(cti, marker);
+  for (A_long i = 0; i < count; ++i) {
+    A_Time time{};
+    if (keys->AEGP_GetKeyframeTime(stream, i, AEGP_LTimeMode_LayerTime, &time) || time.value != timeValue) continue;
+    AEGP_StreamValue2 value{};
+    if (keys->AEGP_GetNewKeyframeValue(g_pluginId, stream, i, &value)) continue;
+    A_Time length{};
+    markers->AEGP_GetMarkerDuration(value.val.markerP, &length);
+    const bool same = length.value == candidateLength.value && length.scale == candidateLength.scale &&
+                      Comment(cti, value.val.markerP) == candidateComment;
+    streams->AEGP_DisposeStreamValue(&value);
+    if (same) return true;
+  }
+  return false;
+}
+
+// Puts the marker on the stream at `time`; the stream's value takes it over.
+A_Err InsertMarker(CTI* cti, AEGP_StreamRefH stream, const A_Time& time, AEGP_MarkerValP marker) {
+  const auto* streams = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9);
+  A_long index = 0;
+  if (const A_Err err = KeySuite(cti)->AEGP_InsertKeyframe(stream, AEGP_LTimeMode_LayerTime, &time, &index)) {
+    MarkerSuite(cti)->AEGP_DisposeMarker(marker);
+    return err;
+  }
+  AEGP_StreamValue2 value{};
+  if (const A_Err err = streams->AEGP_GetNewStreamValue(g_pluginId, stream, AEGP_LTimeMode_LayerTime, &time, true,
+                                                        &value)) {
+    MarkerSuite(cti)->AEGP_DisposeMarker(marker);
+    return err;
+  }
+  if (value.val.markerP) MarkerSuite(cti)->AEGP_DisposeMarker(value.val.markerP);
+  value.val.markerP = marker;
+  const A_Err err = KeySuite(cti)->AEGP_SetKeyframeValue(stream, index, &value);
+  const A_Err disposed = streams->AEGP_DisposeStreamValue(&value);
+  return err ? err : disposed;
+}
+
+}  // namespace
+
+std::u16string MarkerComment(const std::u16string& name, const std::u16string* note) {
+  return note ? name + u"\n" + *note : name;
+}
+
+A_Err ExtractORYTimelineMarkers(CTI* cti, BaseDocument* document) {
+  if (!document) {
+    cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed, file pointer is null.");
+    return kMarkerFailed;
+  }
+  const MarkerLibrary* library = Markers();
+  TimelineMarker* marker = library ? library->GetFirstMarker(document) : nullptr;
+  if (!marker) return A_Err_NONE;
+  const AEGP_CompH composition = g_importSession.composition;
+  if (!composition) {
+    cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed to locate the current composition.");
+    return kMarkerFailed;
+  }
+  const auto* comps = cti->Suite<AEGP_CompSuite19>(kAEGPCompSuite, kAEGPCompSuiteVersion19);
+  A_FpLong frameRate = 25.0;
+  AEGP_StreamRefH stream = nullptr;
+  if (comps->AEGP_GetCompFramerate(composition, &frameRate) ||
+      comps->AEGP_GetNewCompMarkerStream(g_pluginId, composition, &stream) || !stream) {
+    cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed to acquire the layers marker stream.");
+    return kMarkerFailed;
+  }
+  // Composition markers use the import's own time base: one frame is 100 units.
+  const uint32_t scale = ImportTimeScale(frameRate);
+  A_Err err = A_Err_NONE;
+  for (; marker && !err; marker = static_cast<TimelineMarker*>(t_ORYOS_At->GetNext(marker))) {
+    if (!ContainerHas(marker, MarkerParam_Time)) continue;
+    const A_Time time{SceneFrame(ContainerTime(marker, MarkerParam_Time), frameRate) * 100, scale};
+    AEGP_MarkerValP hostMarker = nullptr;
+    if (MakeHostMarker(cti, marker, &hostMarker, frameRate, scale)) {
+      if (hostMarker) MarkerSuite(cti)->AEGP_DisposeMarker(hostMarker);
+      cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed. An error occurred during marker creation.");
+      err = kMarkerFailed;
+    } else if (IsDuplicateMarker(cti, stream, time.value, hostMarker)) {
+      MarkerSuite(cti)->AEGP_DisposeMarker(hostMarker);
+    } else {
+      err = InsertMarker(cti, stream, time, hostMarker);
+    }
+  }
+  const A_Err disposed = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9)
+                             ->AEGP_DisposeStream(stream);
+  return err ? err : disposed;
+}

@@ -1,0 +1,182 @@
+// End to end: scene descriptions of examples/scenes are built into scene files with orytool,
+// imported with `aehost import`, and the saved project is compared with values worked out by
+// hand from the import's conventions: the scene's y axis points up and the host's down, so y
+// is negated; rotations become degrees; scale 1 is 100 per cent; the parent chain is
+// flattened into each layer; the composition's frames count from the document's own rate.
+#include <gtest/gtest.h>
+#include <json/json.h>
+
+#include <cmath>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "tests/support/run_command.h"
+
+namespace {
+
+using qae_test::RunCommand;
+
+Json::Value ParseJson(const std::string& text) {
+  Json::Value value;
+  Json::CharReaderBuilder builder;
+  std::string errors;
+  std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+  EXPECT_TRUE(reader->parse(text.data(), text.data() + text.size(), &value, &errors)) << errors;
+  return value;
+}
+
+class ImportScene : public ::testing::Test {
+ protected:
+  void SetUp() override { dir_ = qae_test::MakeTempDir("import_scene"); }
+  void TearDown() override { std::filesystem::remove_all(dir_); }
+
+  // Builds examples/scenes/NAME.json and imports it into an empty project.
+  Json::Value Import(const std::string& name) {
+    const std::string scene = dir_ + "/" + name + ".ory";
+    const auto built =
+        RunCommand(qae_test::OrytoolPath(), {"build", std::string(QAE_EXAMPLES_DIR) + "/scenes/" + name + ".json",
+                                             "-o", scene});
+    EXPECT_EQ(built.exitCode, 0) << built.err;
+    const std::string output = dir_ + "/" + name + ".project.json";
+    const auto imported = RunCommand(qae_test::AehostPath(), {"import", scene, "--output", output});
+    EXPECT_EQ(imported.exitCode, 0) << imported.err;
+    project_ = ParseJson(qae_test::ReadFile(output));
+    return project_;
+  }
+
+  const Json::Value& Comp() const { return project_["comps"][0]; }
+
+  // A layer by its name, or by the name of its solid for solids and nulls.
+  const Json::Value& Layer(const std::string& name) const {
+    static const Json::Value none;
+    for (const Json::Value& layer : Comp()["layers"]) {
+      if (layer["name"].asString() == name) return layer;
+      if (!layer.isMember("source")) continue;
+      for (const Json::Value& footage : project_["footage"])
+        if (footage["id"] == layer["source"] && footage["name"].asString() == name) return layer;
+    }
+    ADD_FAILURE() << "no layer " << name;
+    return none;
+  }
+
+  std::string dir_;
+  Json::Value project_;
+};
+
+void ExpectVector(const Json::Value& value, double x, double y, double z) {
+  ASSERT_EQ(value.size(), 3u) << value;
+  EXPECT_NEAR(value[0].asDouble(), x, 1e-9);
+  EXPECT_NEAR(value[1].asDouble(), y, 1e-9);
+  EXPECT_NEAR(value[2].asDouble(), z, 1e-9);
+}
+
+TEST_F(ImportScene, DocumentBecomesOneFolderWithOneCompositionOfItsSize) {
+  Import("import_layers");
+  ASSERT_EQ(project_["comps"].size(), 1u);
+  const Json::Value& comp = Comp();
+  EXPECT_EQ(comp["name"].asString(), "Layers");
+  EXPECT_EQ(comp["width"].asInt(), 1920);  // 1920.5 is truncated
+  EXPECT_EQ(comp["height"].asInt(), 1080);
+  EXPECT_DOUBLE_EQ(comp["frameRate"].asDouble(), 25.0);
+  // Frames 10 to 19 of the document at 25 per second: 10 frames from 0.4 s on.
+  EXPECT_DOUBLE_EQ(comp["duration"].asDouble(), 0.4);
+  EXPECT_DOUBLE_EQ(comp["displayStart"].asDouble(), 0.4);
+  bool folderFound = false;
+  for (const Json::Value& folder : project_["folders"])
+    folderFound = folderFound || (folder["name"].asString() == "Layers" && folder["id"] == comp["folder"]);
+  EXPECT_TRUE(folderFound);
+}
+
+TEST_F(ImportScene, OnlyCamerasLightsAndTaggedObjectsBecomeLayers) {
+  Import("import_layers");
+  // Cam, KV Camera, Card, Rig, Child, Inside, Untagged parent, Key, Bulb; not Aim, Mesh or
+  // Not carried.
+  EXPECT_EQ(Comp()["layers"].size(), 9u);
+  for (const char* name : {"Cam", "KV Camera", "Card", "Rig", "Child", "Inside", "Untagged parent", "Key", "Bulb"})
+    Layer(name);
+}
+
+TEST_F(ImportScene, SolidAndNullTakeSizeColourAnchorAndFlattenedTransform) {
+  Import("import_layers");
+  const Json::Value& card = Layer("Card");
+  EXPECT_FALSE(card["null"].asBool());
+  EXPECT_TRUE(card["threeD"].asBool());
+  ExpectVector(card["transform"]["position"], 100, -50, 0);
+  ExpectVector(card["transform"]["anchorPoint"], 320, 180, 0);  // anchor 3: the middle of 640 x 360
+  ExpectVector(card["transform"]["scale"], 100, 100, 100);
+  // A null ignores the tag's width of 500: anchor 5 is the corner of 100 x 100.
+  const Json::Value& rig = Layer("Rig");
+  EXPECT_TRUE(rig["null"].asBool());
+  ExpectVector(rig["transform"]["anchorPoint"], 100, 100, 0);
+  ExpectVector(rig["transform"]["position"], 0, -200, 0);
+  ExpectVector(rig["transform"]["scale"], 300, 300, 300);
+  // The child at x 10 with scale 2 under the rig at y 200 with scale 3: (30, 200) in the
+  // scene, 600 per cent; it has no parent of its own.
+  const Json::Value& child = Layer("Child");
+  ExpectVector(child["transform"]["position"], 30, -200, 0);
+  ExpectVector(child["transform"]["scale"], 600, 600, 600);
+  EXPECT_FALSE(child.isMember("parent"));
+}
+
+TEST_F(ImportScene, SceneLayersSwitchVideoOffAndLock) {
+  Import("import_layers");
+  EXPECT_FALSE(Layer("Inside").get("video", true).asBool());
+  EXPECT_FALSE(Layer("Inside").get("locked", false).asBool());
+  EXPECT_TRUE(Layer("Untagged parent").get("locked", false).asBool());
+  EXPECT_TRUE(Layer("Untagged parent").get("video", true).asBool());
+}
+
+TEST_F(ImportScene, CameraLooksAtItsTargetAndOnlyTheViewedCameraStaysOn) {
+  Import("import_layers");
+  const Json::Value& cam = Layer("Cam");
+  ExpectVector(cam["transform"]["position"], 0, -100, -1000);
+  ExpectVector(cam["transform"]["pointOfInterest"], 10, -20, 30);
+  EXPECT_FALSE(cam["transform"].isMember("rotationX"));
+  EXPECT_TRUE(cam.get("video", true).asBool());
+  // zoom = (1920.5 / 2) / tan(0.7854 / 2); film 36 mm = 36 * 72 / 25.4 points;
+  // focus 500 * (72 / 25.4) / 2.8346 (single precision).
+  EXPECT_NEAR(cam["camera"]["zoom"].asDouble(), 960.25 / std::tan(0.3927), 1e-9);
+  EXPECT_NEAR(cam["camera"]["filmSize"].asDouble(), 36.0 * 72.0 / 25.4, 1e-9);
+  EXPECT_NEAR(cam["camera"]["focusDistance"].asDouble(), 500.0 * 72.0 / 25.4 / static_cast<double>(2.8346f), 1e-9);
+  const Json::Value& kv = Layer("KV Camera");
+  EXPECT_FALSE(kv.get("video", true).asBool());
+  // Of a vector field of view the first component counts: 1 radian over the 1920.5 width.
+  EXPECT_NEAR(kv["camera"]["zoom"].asDouble(), 960.25 / std::tan(0.5), 1e-9);
+}
+
+TEST_F(ImportScene, LightParametersAreTheHostsOwn) {
+  Import("import_layers");
+  // KV light kind 2 is a spot; brightness 0.5 is 100; transparency 0.25 is darkness 75;
+  // cone 1 radian; inner = 1 - 0.25, feather (1 - 0.75 / 1) * 100.
+  const Json::Value& key = Layer("Key")["light"];
+  EXPECT_EQ(key.get("type", "spot").asString(), "spot");
+  EXPECT_DOUBLE_EQ(key["intensity"].asDouble(), 100.0);
+  EXPECT_DOUBLE_EQ(key["shadowDarkness"].asDouble(), 75.0);
+  EXPECT_DOUBLE_EQ(key["coneAngle"].asDouble(), 57.29577951308232);
+  EXPECT_DOUBLE_EQ(key["coneFeather"].asDouble(), 25.0);
+  EXPECT_EQ(key["castsShadows"].asInt(), 1);
+  // Red, green, blue as the scene has them; the host writes alpha behind them.
+  EXPECT_DOUBLE_EQ(key["color"][0].asDouble(), 1.0);
+  EXPECT_DOUBLE_EQ(key["color"][1].asDouble(), 1.0);
+  EXPECT_DOUBLE_EQ(key["color"][2].asDouble(), 0.5);
+  // Standard light kind 0 is a point light; a light without target looks 1000 ahead.
+  const Json::Value& bulb = Layer("Bulb");
+  EXPECT_EQ(bulb["light"]["type"].asString(), "point");
+  EXPECT_DOUBLE_EQ(bulb["light"]["intensity"].asDouble(), 200.0);
+  EXPECT_FALSE(bulb["light"].isMember("coneAngle"));
+  ExpectVector(bulb["transform"]["pointOfInterest"], 0, 0, 1000);
+}
+
+TEST_F(ImportScene, SceneMarkersBecomeCompositionMarkersOnce) {
+  Import("import_layers");
+  const Json::Value& markers = Comp()["markers"];
+  ASSERT_EQ(markers.size(), 2u);  // the second "cut" equals the first and is left out
+  EXPECT_EQ(markers[0]["comment"].asString(), "cut\nhere");
+  EXPECT_DOUBLE_EQ(markers[0]["time"].asDouble(), 12.0 / 25.0);
+  EXPECT_DOUBLE_EQ(markers[0]["duration"].asDouble(), 2.0 / 25.0);
+  EXPECT_EQ(markers[1]["comment"].asString(), "end");
+  EXPECT_DOUBLE_EQ(markers[1]["time"].asDouble(), 15.0 / 25.0);
+}
+
+}  // namespace
