@@ -179,4 +179,60 @@ TEST_F(ImportScene, SceneMarkersBecomeCompositionMarkersOnce) {
   EXPECT_DOUBLE_EQ(markers[1]["time"].asDouble(), 15.0 / 25.0);
 }
 
+// Keys of examples/scenes/import_keys.json: 20 frames at 25 per second, one key a frame
+// (0.04 s) wherever a sampled value moves.
+TEST_F(ImportScene, ALinearMoveThenAHoldGivesAKeyOnEachMovingFrameOnly) {
+  Import("import_keys");
+  // x goes from 0 at frame 0 to 100 at frame 10 in a straight line, then holds.
+  const Json::Value& keys = Layer("Mover")["transform"]["position"]["keys"];
+  ASSERT_EQ(keys.size(), 11u);
+  for (Json::ArrayIndex i = 0; i < keys.size(); ++i) {
+    EXPECT_NEAR(keys[i]["time"].asDouble(), i * 0.04, 1e-9);
+    ExpectVector(keys[i]["value"], 10.0 * i, 0, 0);
+  }
+  // A plain object with animation has a scale key on every frame, and one rotation key.
+  EXPECT_EQ(Layer("Mover")["transform"]["scale"]["keys"].size(), 20u);
+  EXPECT_EQ(Layer("Mover")["transform"]["rotationZ"]["keys"].size(), 1u);
+  EXPECT_EQ(Layer("Mover")["transform"]["rotationX"]["keys"].size(), 1u);
+}
+
+TEST_F(ImportScene, AChildOfAnAnimatedParentMovesWithIt) {
+  Import("import_keys");
+  // The untagged driver rises 10 a frame for 5 frames; the follower has no track of its own.
+  const Json::Value& keys = Layer("Follower")["transform"]["position"]["keys"];
+  ASSERT_EQ(keys.size(), 6u);
+  for (Json::ArrayIndex i = 0; i < keys.size(); ++i) ExpectVector(keys[i]["value"], 0, -10.0 * i, 0);
+}
+
+TEST_F(ImportScene, SwitchedOffTracksAndStillSceneLayersGiveNoKeys) {
+  Import("import_keys");
+  for (const char* name : {"Switched off", "Frozen"}) {
+    const Json::Value& transform = Layer(name)["transform"];
+    EXPECT_TRUE(transform["position"].isArray()) << name << ": " << transform["position"];
+    EXPECT_TRUE(transform["scale"].isArray()) << name;
+  }
+}
+
+TEST_F(ImportScene, ALightWithOnlyItsColourAnimatedKeysTheRestOnceAtTheStart) {
+  Import("import_keys");
+  const Json::Value& light = Layer("Flash")["light"];
+  // Red falls from 1 to 0 over two frames; the others keep their one key at time 0.
+  const Json::Value& colour = light["color"]["keys"];
+  ASSERT_EQ(colour.size(), 3u);
+  EXPECT_DOUBLE_EQ(colour[1]["value"][0].asDouble(), 0.5);
+  EXPECT_DOUBLE_EQ(colour[2]["value"][0].asDouble(), 0.0);
+  for (const char* stream : {"intensity", "shadowDarkness", "coneAngle", "coneFeather"})
+    EXPECT_EQ(light[stream]["keys"].size(), 1u) << stream;
+  EXPECT_DOUBLE_EQ(light["intensity"]["keys"][0]["value"].asDouble(), 200.0);
+  EXPECT_DOUBLE_EQ(light["coneFeather"]["keys"][0]["value"].asDouble(), 50.0);  // inner 0.5 of outer 1
+}
+
+TEST_F(ImportScene, TheViewsCameraComesAlongWhenTheWalkFoundNone) {
+  Import("import_keys");
+  // The document's view looks through its editor camera, which is no scene object.
+  const Json::Value& camera = Layer("Camera");
+  EXPECT_EQ(camera["type"].asString(), "camera");
+  EXPECT_TRUE(camera.get("video", true).asBool());
+}
+
 }  // namespace
