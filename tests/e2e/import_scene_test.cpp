@@ -6,10 +6,13 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/run_command.h"
 
@@ -233,6 +236,32 @@ TEST_F(ImportScene, TheViewsCameraComesAlongWhenTheWalkFoundNone) {
   const Json::Value& camera = Layer("Camera");
   EXPECT_EQ(camera["type"].asString(), "camera");
   EXPECT_TRUE(camera.get("video", true).asBool());
+}
+
+TEST_F(ImportScene, PreviewRangeAndHundredthsOfTheRenderSettings) {
+  Import("import_generators");
+  const Json::Value& comp = Comp();
+  // Sequence mode 3 takes the preview range, frames 2 and 3 of 25 per second; the time
+  // scale is trunc(29.97 * 100) with 100 units a frame; 1.0667 reaches the host as 106/100.
+  EXPECT_DOUBLE_EQ(comp["frameRate"].asDouble(), 29.97);
+  EXPECT_NEAR(comp["duration"].asDouble(), 200.0 / 2997.0, 1e-12);
+  EXPECT_NEAR(comp["displayStart"].asDouble(), 200.0 / 2997.0, 1e-12);
+  EXPECT_DOUBLE_EQ(comp["pixelAspect"].asDouble(), 1.06);
+  EXPECT_EQ(comp["width"].asInt(), 800);
+}
+
+TEST_F(ImportScene, AGeneratorsCacheIsWalkedBesideItsChildren) {
+  Import("import_generators");
+  // The duplicator at y 10 gives no layer; its child is walked as a child and, twice, in the
+  // cache, the copies 100 apart.
+  std::vector<std::pair<double, double>> positions;
+  for (const Json::Value& layer : Comp()["layers"]) {
+    const Json::Value& position = layer["transform"]["position"];
+    positions.emplace_back(position[0].asDouble(), position[1].asDouble());
+  }
+  std::sort(positions.begin(), positions.end());
+  EXPECT_EQ(positions, (std::vector<std::pair<double, double>>{{0, -10}, {0, -10}, {100, -10}}));
+  for (const Json::Value& footage : project_["footage"]) EXPECT_EQ(footage["name"].asString(), "Copy");
 }
 
 }  // namespace
