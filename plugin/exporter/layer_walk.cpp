@@ -8,6 +8,7 @@
 #include "plugin/exporter/solid_plane.h"
 #include "plugin/exporter/track_ops.h"
 #include "plugin/exporter/transform_channels.h"
+#include "plugin/importer/timeline_markers.h"
 
 namespace {
 
@@ -144,6 +145,7 @@ bool Walk(AEToOry& exporter, AEGP_LayerH layerInParent, BaseObject* node, WalkMo
   A_long count = 0;
   A_Err err = LayerSuite13()->AEGP_GetCompNumLayers(comp, &count);
   if (count == 0) return true;
+  if (mode == WalkMode::create && !err) err = ExportCompMarkers(exporter.cti, exporter.document, comp);
 
   SceneLayer* docLayer = nullptr;
   for (A_long index = 0; index < count; ++index) {
@@ -152,6 +154,8 @@ bool Walk(AEToOry& exporter, AEGP_LayerH layerInParent, BaseObject* node, WalkMo
     LayerClass c;
     if (!err) err = LayerSuite13()->AEGP_GetCompLayerByIndex(comp, index, &layer);
     if (!err) err = ClassifyLayer(layer, &c);
+    if (!err && mode == WalkMode::create && !IsPrecomp(c))
+      err = ExportLayerMarkers(exporter.cti, exporter.document, layer);
     if (err) return false;
     if (c.objectType == AEGP_ObjectType_TEXT) exporter.foundTextLayers = true;
     if (c.objectType == AEGP_ObjectType_CAMERA) exporter.foundCamera = true;

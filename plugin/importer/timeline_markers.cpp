@@ -129,7 +129,90 @@ A_Err InsertMarker(CTI* cti, AEGP_StreamRefH stream, const A_Time& time, AEGP_Ma
   return err ? err : disposed;
 }
 
+bool SetMarkerTime(TimelineMarker* marker, int32_t id, const BaseTime& time) {
+  DataValue value{DataKind_Empty, 0, {0}};
+  t_ORYOS_Gd->SetTime(&value, &time);
+  const ParamLevel level{id, 0, 0};
+  const ParamId path{&level, 1, 0};
+  const bool set = t_ORYOS_At->SetParameter(marker, &path, &value, 0);
+  t_ORYOS_Gd->Free(&value);
+  return set;
+}
+
+A_Err CopyMarkerToScene(CTI* cti, AEGP_MarkerValP marker, const A_Time& time, TimelineMarker* sceneMarker) {
+  if (!marker || !sceneMarker) return A_Err_NONE;
+  A_Time duration{0, 1};
+  MarkerSuite(cti)->AEGP_GetMarkerDuration(marker, &duration);
+  if (!SetMarkerTime(sceneMarker, MarkerParam_Time, BaseTime(time.value, time.scale)) ||
+      !SetMarkerTime(sceneMarker, MarkerParam_Length, BaseTime(duration.value, duration.scale))) {
+    cti->AddError(515, "Error during timeline marker conversion failed to SetParameter correctly.");
+    return A_Err_NONE;
+  }
+  std::u16string name, note;
+  SplitMarkerComment(Comment(cti, marker), &name, &note);
+  SetNodeName(sceneMarker, EncodeUtf8(name));
+  if (!note.empty()) SetContainerString(sceneMarker, MarkerParam_Note, EncodeUtf8(note));
+  return A_Err_NONE;
+}
+
+A_Err ExportMarkerStream(CTI* cti, BaseDocument* document, AEGP_StreamRefH stream) {
+  const auto* keys = KeySuite(cti);
+  const auto* streams = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9);
+  A_long count = 0;
+  A_Err err = keys->AEGP_GetStreamNumKFs(stream, &count);
+  const MarkerLibrary* library = Markers();
+  const OwnedString defaultName("AE Marker Default");
+  const Vector black;
+  const BaseTime zero(0, 1);
+  for (A_long i = 0; i < count && !err; ++i) {
+    A_Time time{};
+    AEGP_StreamValue2 value{};
+    err = keys->AEGP_GetKeyframeTime(stream, i, AEGP_LTimeMode_LayerTime, &time);
+    if (!err) err = keys->AEGP_GetNewKeyframeValue(g_pluginId, stream, i, &value);
+    if (err) break;
+    TimelineMarker* sceneMarker =
+        library ? library->AddMarker(document, nullptr, &zero, defaultName.get(), &black, &zero, 0) : nullptr;
+    err = CopyMarkerToScene(cti, value.val.markerP, time, sceneMarker);
+    const A_Err disposed = streams->AEGP_DisposeStreamValue(&value);
+    if (!err) err = disposed;
+  }
+  return err;
+}
+
 }  // namespace
+
+void SplitMarkerComment(const std::u16string& comment, std::u16string* name, std::u16string* note) {
+  const size_t lineFeed = comment.find(u'\n');
+  *name = comment.substr(0, lineFeed);
+  *note = lineFeed == std::u16string::npos ? std::u16string() : comment.substr(lineFeed);
+}
+
+A_Err ExportCompMarkers(CTI* cti, BaseDocument* document, AEGP_CompH composition) {
+  if (!cti || !document || !composition) return A_Err_NONE;
+  const auto* comps = cti->Suite<AEGP_CompSuite21>(kAEGPCompSuite, kAEGPCompSuiteVersion21);
+  AEGP_StreamRefH stream = nullptr;
+  A_Err err = comps->AEGP_GetNewCompMarkerStream(g_pluginId, composition, &stream);
+  if (!err) err = ExportMarkerStream(cti, document, stream);
+  if (stream) {
+    const A_Err disposed =
+        cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9)->AEGP_DisposeStream(stream);
+    if (!err) err = disposed;
+  }
+  return err;
+}
+
+A_Err ExportLayerMarkers(CTI* cti, BaseDocument* document, AEGP_LayerH layer) {
+  if (!cti || !document || !layer) return A_Err_NONE;
+  const auto* streams = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9);
+  AEGP_StreamRefH stream = nullptr;
+  A_Err err = streams->AEGP_GetNewLayerStream(g_pluginId, layer, AEGP_LayerStream_MARKER, &stream);
+  if (!err) err = ExportMarkerStream(cti, document, stream);
+  if (stream) {
+    const A_Err disposed = streams->AEGP_DisposeStream(stream);
+    if (!err) err = disposed;
+  }
+  return err;
+}
 
 std::u16string MarkerComment(const std::u16string& name, const std::u16string* note) {
   return note ? name + u"\n" + *note : name;

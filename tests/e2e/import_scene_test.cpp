@@ -264,4 +264,52 @@ TEST_F(ImportScene, AGeneratorsCacheIsWalkedBesideItsChildren) {
   for (const Json::Value& footage : project_["footage"]) EXPECT_EQ(footage["name"].asString(), "Copy");
 }
 
+// Markers the other way: the composition's and the layers' markers join the document's
+// marker list on export, with the time as the host's value over its scale; importing that
+// file brings them back as composition markers.
+TEST_F(ImportScene, CompositionAndLayerMarkersReachTheDocumentAndComeBack) {
+  const std::string project = dir_ + "/marks.json";
+  qae_test::WriteFile(project, R"({"format": "aehost-project", "version": 1, "path": "/projects/marks.aep",
+    "footage": [{"id": 2, "name": "Null 1", "width": 100, "height": 100, "solid": {"color": [1, 1, 1]}}],
+    "comps": [{"id": 1, "name": "Marks", "width": 1000, "height": 500, "frameRate": 25, "duration": 2,
+               "markers": [{"time": 0.4, "comment": "shot\nwide", "duration": 2}],
+               "layers": [{"id": 11, "name": "Dot", "source": 2, "threeD": true, "null": true,
+                           "markers": [{"time": 0.2, "comment": "hit"}]}]}]})");
+  const std::string scene = dir_ + "/marks.ory";
+  const auto exported =
+      RunCommand(qae_test::AehostPath(), {"export", project, "--comp", "Marks", "--output", scene, "--quiet"});
+  ASSERT_EQ(exported.exitCode, 0) << exported.err;
+  const auto dumped = RunCommand(qae_test::OrytoolPath(), {"dump", "--json", scene});
+  ASSERT_EQ(dumped.exitCode, 0) << dumped.err;
+  const Json::Value markers = ParseJson(dumped.out)["markers"];
+  ASSERT_EQ(markers.size(), 2u);  // in time order
+  auto param = [](const Json::Value& marker, const std::string& name) {
+    for (const Json::Value& p : marker["params"])
+      if (p["name"].asString() == name) return p;
+    return Json::Value();
+  };
+  // The layer's marker at 0.2 s (5000 / 25000 reduced to 1/5); a comment of one line is all name.
+  EXPECT_EQ(markers[0]["name"].asString(), "hit");
+  EXPECT_DOUBLE_EQ(param(markers[0], "MarkerParam_Time")["time"][0].asDouble(), 1.0);
+  EXPECT_DOUBLE_EQ(param(markers[0], "MarkerParam_Time")["time"][1].asDouble(), 5.0);
+  EXPECT_TRUE(param(markers[0], "MarkerParam_Note").isNull());
+  // The composition's: the first line is the name, the note keeps the line feed.
+  EXPECT_EQ(markers[1]["name"].asString(), "shot");
+  EXPECT_EQ(param(markers[1], "MarkerParam_Note")["string"].asString(), "\nwide");
+  EXPECT_DOUBLE_EQ(param(markers[1], "MarkerParam_Length")["time"][0].asDouble(), 2.0);
+
+  const std::string output = dir_ + "/marks.project.json";
+  const auto imported = RunCommand(qae_test::AehostPath(), {"import", scene, "--output", output});
+  ASSERT_EQ(imported.exitCode, 0) << imported.err;
+  project_ = ParseJson(qae_test::ReadFile(output));
+  const Json::Value& back = Comp()["markers"];
+  ASSERT_EQ(back.size(), 2u);
+  EXPECT_DOUBLE_EQ(back[0]["time"].asDouble(), 0.2);
+  EXPECT_EQ(back[0]["comment"].asString(), "hit");
+  EXPECT_DOUBLE_EQ(back[1]["time"].asDouble(), 0.4);
+  EXPECT_DOUBLE_EQ(back[1]["duration"].asDouble(), 2.0);
+  // Name, a line feed, then the note that holds its own: the line feed doubles on the way back.
+  EXPECT_EQ(back[1]["comment"].asString(), "shot\n\nwide");
+}
+
 }  // namespace
