@@ -312,4 +312,22 @@ TEST_F(ImportScene, CompositionAndLayerMarkersReachTheDocumentAndComeBack) {
   EXPECT_EQ(back[1]["comment"].asString(), "shot\n\nwide");
 }
 
+TEST_F(ImportScene, AnObjectsOwnTimeRangeIsCutAtTheDocumentsEnd) {
+  Import("import_keys");
+  // In at frame 5, out at frame 30 of a 20-frame document: 15 frames from 0.2 s.
+  const Json::Value& late = Layer("Late");
+  EXPECT_DOUBLE_EQ(late["inPoint"].asDouble(), 0.2);
+  EXPECT_DOUBLE_EQ(late["duration"].asDouble(), 0.6);
+  // Key i stands at the in point plus i frames and holds the scene's frame i: z rises 10 a
+  // frame over the scene's frames 0 to 2.
+  const Json::Value& keys = late["transform"]["position"]["keys"];
+  ASSERT_EQ(keys.size(), 3u);
+  for (Json::ArrayIndex i = 0; i < keys.size(); ++i) {
+    EXPECT_NEAR(keys[i]["time"].asDouble(), 0.2 + i * 0.04, 1e-9);
+    ExpectVector(keys[i]["value"], 0, 0, 10.0 * i);
+  }
+  // One that would start at the document's end gives no layer at all.
+  for (const Json::Value& footage : project_["footage"]) EXPECT_NE(footage["name"].asString(), "Too late");
+}
+
 }  // namespace
