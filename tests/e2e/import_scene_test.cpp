@@ -9,25 +9,17 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
 
 namespace {
 
+using qae_test::ParseJson;
 using qae_test::RunCommand;
-
-Json::Value ParseJson(const std::string& text) {
-  Json::Value value;
-  Json::CharReaderBuilder builder;
-  std::string errors;
-  std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-  EXPECT_TRUE(reader->parse(text.data(), text.data() + text.size(), &value, &errors)) << errors;
-  return value;
-}
 
 class ImportScene : public ::testing::Test {
  protected:

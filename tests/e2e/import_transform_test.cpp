@@ -12,13 +12,14 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <memory>
 #include <string>
 
+#include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
 
 namespace {
 
+using qae_test::ParseJson;
 using qae_test::RunCommand;
 using Axes = std::array<std::array<double, 3>, 4>;  // x, y, z axes and the offset
 
@@ -53,15 +54,6 @@ Axes Transform(std::array<double, 3> position, std::array<double, 3> rotation, b
     for (double& v : m[i]) v *= scale;
   m[3] = position;
   return m;
-}
-
-Json::Value ParseJson(const std::string& text) {
-  Json::Value value;
-  Json::CharReaderBuilder builder;
-  std::string errors;
-  std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-  EXPECT_TRUE(reader->parse(text.data(), text.data() + text.size(), &value, &errors)) << errors;
-  return value;
 }
 
 class ImportTransform : public ::testing::Test {
