@@ -322,4 +322,20 @@ TEST_F(ImportScene, AnObjectsOwnTimeRangeIsCutAtTheDocumentsEnd) {
   for (const Json::Value& footage : project_["footage"]) EXPECT_NE(footage["name"].asString(), "Too late");
 }
 
+TEST_F(ImportScene, ACameraAnimatedByFocalLengthGetsZoomKeys) {
+  Import("import_keys");
+  // fov = 2 atan(36 / 2 / f), so zoom = (1280 / 2) / tan(fov / 2) = 640 f / 18: the focal
+  // length goes 18, 27, 36 over frames 0 to 2 and then holds.
+  const Json::Value& camera = Layer("Zoomer");
+  const Json::Value& zoom = camera["camera"]["zoom"]["keys"];
+  ASSERT_EQ(zoom.size(), 3u);
+  for (Json::ArrayIndex i = 0; i < zoom.size(); ++i) {
+    EXPECT_NEAR(zoom[i]["time"].asDouble(), 0.04 * i, 1e-9);
+    EXPECT_NEAR(zoom[i]["value"].asDouble(), 640.0 * (18.0 + 9.0 * i) / 18.0, 1e-9);
+  }
+  EXPECT_FALSE(camera["camera"]["focusDistance"].isObject());  // no focus track: one value
+  // The document's view does not look through it: its video is off.
+  EXPECT_FALSE(camera.get("video", true).asBool());
+}
+
 }  // namespace
