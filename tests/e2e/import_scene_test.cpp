@@ -248,12 +248,20 @@ TEST_F(ImportScene, AGeneratorsCacheIsWalkedBesideItsChildren) {
   // cache, the copies 100 apart.
   std::vector<std::pair<double, double>> positions;
   for (const Json::Value& layer : Comp()["layers"]) {
+    if (&layer == &Layer("Bent")) continue;
     const Json::Value& position = layer["transform"]["position"];
     positions.emplace_back(position[0].asDouble(), position[1].asDouble());
   }
   std::sort(positions.begin(), positions.end());
   EXPECT_EQ(positions, (std::vector<std::pair<double, double>>{{0, -10}, {0, -10}, {100, -10}}));
-  for (const Json::Value& footage : project_["footage"]) EXPECT_EQ(footage["name"].asString(), "Copy");
+}
+
+TEST_F(ImportScene, AnObjectWithADeformerGivesOneLayerThroughItsDeformedCopy) {
+  Import("import_generators");
+  int bent = 0;
+  for (const Json::Value& footage : project_["footage"]) bent += footage["name"].asString() == "Bent" ? 1 : 0;
+  EXPECT_EQ(bent, 1);
+  ExpectVector(Layer("Bent")["transform"]["position"], 0, 0, 50);
 }
 
 // Markers the other way: the composition's and the layers' markers join the document's
