@@ -25,9 +25,12 @@
 #include "quillon/model/document.h"
 #include "quillon/model/evaluate.h"
 #include "quillon/model/object.h"
+#include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
 
 namespace {
+
+using qae_test::ParseJson;
 
 using qae_test::RunCommand;
 
@@ -50,15 +53,6 @@ struct Example {
   double width = 0.0, height = 0.0, frameRate = 0.0, duration = 0.0;
   std::map<int32_t, ExampleLayer> layers;  // by id
 };
-
-Json::Value ParseJson(const std::string& text) {
-  Json::Value value;
-  Json::CharReaderBuilder builder;
-  std::string errors;
-  std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-  EXPECT_TRUE(reader->parse(text.data(), text.data() + text.size(), &value, &errors)) << errors;
-  return value;
-}
 
 const Json::Value* FindById(const Json::Value& list, int id) {
   for (const Json::Value& entry : list) {
