@@ -201,8 +201,7 @@ SampledValues ConvertSample(SampleMode mode, const AEGP_StreamVal2& a, const AEG
       out.v[2] = a.color.blue;
       break;
     case SampleMode::falloff:
-      out.v[0] = a.one_d;
-      if (b) out.v[1] = b->one_d;
+      out.v[0] = a.one_d + (b ? b->one_d : 0.0);
       break;
   }
   return out;

@@ -38,7 +38,7 @@ enum class SampleMode : int32_t {
   fieldOfView = 2,     // 2 atan(comp width / 2 / (a.x / pixel aspect))
   coneAngles = 4,      // a.x and the feathered a.x, in radians
   colour = 6,          // red, green, blue
-  falloff = 7,         // a.x, and b.x of a second stream
+  falloff = 7,         // a.x, plus b.x of a second stream
 };
 
 // One key a frame of the layer's length, from the stream's value after expressions.

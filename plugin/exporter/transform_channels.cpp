@@ -383,3 +383,17 @@ bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* valu
   *value = Vector{v[0], v[1], v[2]};
   return true;
 }
+
+bool ReadStreamInt(AEGP_LayerH layer, AEGP_LayerStream streamId, int32_t* value) {
+  double v[4] = {};
+  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_OneD, v)) return false;
+  *value = static_cast<int32_t>(v[0]);
+  return true;
+}
+
+bool ReadStreamColor(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value) {
+  double v[4] = {};
+  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_COLOR, v)) return false;
+  *value = Vector{v[1], v[2], v[3]};
+  return true;
+}

@@ -26,3 +26,7 @@ bool ReadStreamValue(AEGP_LayerH layer, AEGP_LayerStream streamId, AEGP_StreamTy
 // The same at the composition's current time.
 bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value);
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value);
+// A one-dimensional stream cut to a whole number, such as a switch or a choice.
+bool ReadStreamInt(AEGP_LayerH layer, AEGP_LayerStream streamId, int32_t* value);
+// Red, green and blue of a colour stream; its alpha is dropped.
+bool ReadStreamColor(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value);
