@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "plugin/exporter/camera_export.h"
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/layer_walk.h"
 #include "plugin/exporter/scene_ids.h"
@@ -161,6 +162,8 @@ bool AEToOry::ExportLayers(AEGP_CompH comp, AEGP_LayerH layer, BaseObject* node,
 bool AEToOry::ExportRest(AEGP_CompH comp, AEGP_LayerH layer, BaseObject* node, uint32_t layerIndex) {
   if (!PushComp(comp, layer, node, layerIndex)) return false;
   const bool walked = Walk(*this, layer, node, WalkMode::link);
+  // A scene always has a camera: without a camera layer anywhere, After Effects' own view.
+  if (!layer && !foundCamera) AddDefaultCamera(*this);
   PopComp();
   return walked;
 }

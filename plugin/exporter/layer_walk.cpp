@@ -1,7 +1,9 @@
 #include "plugin/exporter/layer_walk.h"
 
+#include "plugin/exporter/camera_export.h"
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/key_baking.h"
+#include "plugin/exporter/light_export.h"
 #include "plugin/exporter/node_factory.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
@@ -86,6 +88,8 @@ bool CreateFromFootage(AEToOry& exporter, AEGP_LayerH layer, AEGP_ItemH source, 
 // Makes the objects of one layer. False ends the walk at once; `err` ends it after the layer.
 bool CreateLayer(AEToOry& exporter, AEGP_LayerH layer, const LayerClass& c, uint32_t index, A_Err* err) {
   const double depth = DepthAtStart(exporter, layer);
+  if (c.objectType == AEGP_ObjectType_LIGHT) *err = ExportLight(exporter, layer);
+  if (c.objectType == AEGP_ObjectType_CAMERA) *err = ExportCamera(exporter, layer);
   if (c.objectType != AEGP_ObjectType_AV) return true;
   ApplyStackingRule(exporter, layer, depth, kLayerStackStep);
   if (!c.source) return true;
