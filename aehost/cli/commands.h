@@ -17,6 +17,7 @@ struct ExportOptions {
     std::string output;
     std::string text;  // "live" or "planes": the answer to the text question
     bool cancelSave = false;
+    int clicks = 1;    // how often the user clicks the command in this one run
 };
 CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options);
 int RunExport(const ExportOptions& options, const char* argv0);

@@ -65,6 +65,8 @@ CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options) {
     command->add_option("--text", options.text, "answer to the text question: live objects or planes")
         ->check(CLI::IsMember({"live", "planes"}));
     command->add_flag("--cancel-save", options.cancelSave, "press Cancel in the save dialog");
+    command->add_option("--clicks", options.clicks, "click the command this many times in one run, as a user exporting again")
+        ->check(CLI::Range(1, 100));
     AddHostOptions(*command, options.host);
     return command;
 }
@@ -75,14 +77,22 @@ int RunExport(const ExportOptions& options, const char* argv0) {
     ScriptUser& user = session.answers.user;
     if (!options.output.empty()) user.save.path = std::filesystem::absolute(options.output).string();
     if (options.cancelSave) user.save.cancel = true;
-    if (!options.text.empty()) user.dialogs.push_front(DialogAnswer{{options.text}, "", false});
+    // Each click asks the text question anew, so each one gets the same answer.
+    if (!options.text.empty())
+        for (int i = 0; i < options.clicks; ++i) user.dialogs.push_front(DialogAnswer{{options.text}, "", false});
     if (user.save.path.empty() && !user.save.cancel) {
         HostError("export needs --output, --cancel-save or a save answer in --answers");
         return kExitBadInput;
     }
     if (const int code = ActivateComp(session, options.comp)) return code;
     if (const int code = StartPlugin(options.host, argv0, session)) return CloseHost(options.host, session, code);
-    return CloseHost(options.host, session, ClickExport(options, user));
+    // Every click runs; the run's result is the first failure, as a user would remember it.
+    int result = kExitOk;
+    for (int i = 0; i < options.clicks; ++i) {
+        const int code = ClickExport(options, user);
+        if (result == kExitOk) result = code;
+    }
+    return CloseHost(options.host, session, result);
 }
 
 }  // namespace aehost

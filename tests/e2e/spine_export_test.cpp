@@ -224,3 +224,36 @@ TEST_F(SpineExport, TheDebugLogIsWrittenWhenAsked) {
 }
 
 }  // namespace
+
+// Counts the places where `needle` stands in `text`.
+static size_t Occurrences(const std::string& text, const std::string& needle) {
+  size_t count = 0;
+  for (size_t at = text.find(needle); at != std::string::npos; at = text.find(needle, at + needle.size())) ++count;
+  return count;
+}
+
+TEST_F(SpineExport, ASecondExportInOneRunDoesNotStartTheEngineAgain) {
+  const std::string desktop = dir_ + "/Desktop";
+  std::filesystem::create_directory(desktop);
+  const CommandResult run =
+      Export(WriteProject(true, true, false), {"--output", dir_ + "/scene.ory", "--clicks", "2"},
+             {"XDG_DESKTOP_DIR=" + desktop, "QUILLON_FOR_AE_ENABLE_DEBUG_LOG=1"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  const std::string log = ReadFile(desktop + "/QUILLON_FOR_AE_DEBUG_LOG.txt");
+  EXPECT_EQ(Occurrences(log, "starting the engine"), 1u) << log;
+  EXPECT_EQ(Occurrences(log, "scene file written"), 2u) << log;
+}
+
+TEST_F(SpineExport, AfterAMissingEngineTheNextClickTriesAgain) {
+  const std::string empty = dir_ + "/no-engine";
+  std::filesystem::create_directory(empty);
+  const std::string desktop = dir_ + "/Desktop";
+  std::filesystem::create_directory(desktop);
+  const CommandResult run =
+      Export(WriteProject(true, true, false), {"--output", dir_ + "/scene.ory", "--clicks", "2"},
+             {"QUILLON_ENGINE_DIR=" + empty, "XDG_DESKTOP_DIR=" + desktop, "QUILLON_FOR_AE_ENABLE_DEBUG_LOG=1"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(Occurrences(run.err, kEngineMissing), 2u) << run.err;
+  EXPECT_EQ(Occurrences(ReadFile(desktop + "/QUILLON_FOR_AE_DEBUG_LOG.txt"), "starting the engine"), 2u);
+  EXPECT_FALSE(FileExists(dir_ + "/scene.ory"));
+}
