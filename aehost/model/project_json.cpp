@@ -2,7 +2,13 @@
 // JSON path of the offending value; aehost/PROJECT_FORMAT.md is the reference.
 #include "aehost/model/project_json.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <initializer_list>
@@ -930,10 +936,40 @@ std::string WriteProject(const Project& project) {
   }
 }
 
+namespace {
+
+bool WriteAll(int fd, const std::string& text) {
+  for (std::size_t done = 0; done < text.size();) {
+    const ssize_t n = write(fd, text.data() + done, text.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    done += static_cast<std::size_t>(n);
+  }
+  return fsync(fd) == 0;
+}
+
+}  // namespace
+
+// The text is made first and written beside the target, then renamed over it: a project
+// that cannot be written, or a write that fails half way, leaves the file that was there.
 void SaveProjectFile(const Project& project, const std::string& path) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << WriteProject(project);
-  if (!file) throw ProjectFormatError(path + ": cannot be written");
+  const std::string text = WriteProject(project);
+  std::string temp = path + ".XXXXXX";
+  const int fd = mkstemp(temp.data());
+  if (fd < 0) throw ProjectFormatError(path + ": cannot be written: " + std::strerror(errno));
+  struct stat existing {};
+  const mode_t mode = stat(path.c_str(), &existing) == 0 ? existing.st_mode & 07777 : 0644;
+  bool saved = fchmod(fd, mode) == 0 && WriteAll(fd, text);
+  int problem = errno;
+  saved = close(fd) == 0 && saved;
+  if (saved && rename(temp.c_str(), path.c_str()) != 0) {
+    problem = errno;
+    saved = false;
+  }
+  if (!saved) {
+    unlink(temp.c_str());
+    throw ProjectFormatError(path + ": cannot be written: " + std::strerror(problem));
+  }
 }
 
 }  // namespace aehost

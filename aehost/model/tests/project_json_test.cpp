@@ -1,6 +1,7 @@
 // The JSON project description: what it loads, that it writes back what it
 // read, and that broken descriptions are refused with the path of the fault.
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -274,6 +275,35 @@ TEST(ProjectJsonFiles, SaveAndLoad) {
   SaveProjectFile(project, path);
   EXPECT_EQ(WriteProject(LoadProjectFile(path)), ReadFile("full.json"));
   EXPECT_THROW(LoadProjectFile(path + ".missing"), ProjectFormatError);
+}
+
+// What is in the way of a save is named, and the file that was there stays as it was.
+TEST(ProjectJsonFiles, AFailedSaveLeavesTheOldFile) {
+  const std::string dir = ::testing::TempDir() + "/aehost_model_failed_save";
+  std::filesystem::remove_all(dir);
+  std::filesystem::create_directories(dir + "/folder.json");
+  const std::string path = dir + "/kept.json";
+  { std::ofstream(path) << "before"; }
+
+  SmallProject p;
+  p.Set(p.Solid(), LayerStream::Opacity, std::nan(""));
+  EXPECT_THROW(SaveProjectFile(p.project, path), ProjectFormatError);
+  std::ifstream kept(path);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), "before");
+
+  const SmallProject fine;
+  for (const std::string& target : {dir + "/missing/out.json", dir + "/kept.json/out.json", dir + "/folder.json"}) {
+    try {
+      SaveProjectFile(fine.project, target);
+      ADD_FAILURE() << "saved to " << target;
+    } catch (const ProjectFormatError& error) {
+      EXPECT_EQ(std::string(error.what()).rfind(target + ": cannot be written: ", 0), 0u) << error.what();
+    }
+  }
+  std::size_t files = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(dir)) files += entry.is_regular_file();
+  EXPECT_EQ(files, 1u) << "a temporary file was left behind";
+  std::filesystem::remove_all(dir);
 }
 
 }  // namespace
