@@ -104,6 +104,11 @@ int main(int argc, char** argv) {
   } catch (const CLI::CallForHelp& e) {
     return app.exit(e);
   } catch (const CLI::ParseError& e) {
+    // A mistyped command is left over as an extra word; name it rather than only
+    // saying that a command is missing.
+    if (app.get_subcommands().empty() && !app.remaining().empty())
+      return Complain("unknown command \"" + app.remaining().front() + "\"; the commands are dump, validate and build",
+                      kExitBadInput);
     app.exit(e);
     return kExitBadInput;
   }

@@ -85,7 +85,9 @@ TEST_F(OrytoolCli, UsageErrorsExitWithTwoAndHelpWithZero) {
   EXPECT_EQ(Run({}).exitCode, 2);
   EXPECT_EQ(Run({"dump"}).exitCode, 2);
   EXPECT_EQ(Run({"build", In("scene.json")}).exitCode, 2);
-  EXPECT_EQ(Run({"frobnicate"}).exitCode, 2);
+  auto unknown = Run({"frobnicate", In("scene.json")});
+  EXPECT_EQ(unknown.exitCode, 2);
+  EXPECT_NE(unknown.err.find("unknown command \"frobnicate\""), std::string::npos) << unknown.err;
   for (const char* command : {"dump", "validate", "build"}) {
     auto help = Run({command, "--help"});
     EXPECT_EQ(help.exitCode, 0) << command;
