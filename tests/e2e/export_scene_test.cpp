@@ -512,7 +512,10 @@ TEST_F(ExportedScene, TreeMirrorsParentingAndLeavesOut2dLayers) {
   EXPECT_EQ(parentOf.at("Hand"), "Arm");
   EXPECT_EQ(parentOf.at("Floor"), "rig.aep-Rig");
   EXPECT_EQ(parentOf.count("Title"), 0u);
-  EXPECT_EQ(parentOf.size(), 5u);
+  // The composition has no camera layer: the default camera and its target join the root.
+  EXPECT_EQ(parentOf.at("AE "), "rig.aep-Rig");
+  EXPECT_EQ(parentOf.at("AE .Target"), "rig.aep-Rig");
+  EXPECT_EQ(parentOf.size(), 7u);
 }
 
 TEST_F(ExportedScene, HiddenLayerIsSwitchedOffAndLockedLayerGoesToTheLockLayer) {
