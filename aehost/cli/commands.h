@@ -21,6 +21,9 @@ struct ExportOptions {
 };
 CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options);
 int RunExport(const ExportOptions& options, const char* argv0);
+// Clicks the plug-in's File > Export command on the active composition and checks
+// that it wrote the scene file the user chose; kExitOk or kExitFailed after a message.
+int ClickExport(const std::string& compName, const ScriptUser& user);
 
 struct ImportOptions {
     HostOptions host;
@@ -32,6 +35,9 @@ struct ImportOptions {
 };
 CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options);
 int RunImport(const ImportOptions& options, const char* argv0);
+// Imports `file` into the host's project through the flavor registered for its
+// extension; kExitOk or kExitFailed after a message.
+int ImportThroughFlavor(const std::string& file);
 
 struct XformOptions {
     std::string project;
@@ -41,6 +47,16 @@ struct XformOptions {
 };
 CLI::App* AddXformCommand(CLI::App& app, XformOptions& options);
 int RunXform(const XformOptions& options);
+
+struct RoundtripOptions {
+    HostOptions host;
+    std::string project;
+    std::string comp;
+    double tolerancePosition = 1e-3;  // pixels
+    double toleranceRotation = 1e-3;  // degrees
+};
+CLI::App* AddRoundtripCommand(CLI::App& app, RoundtripOptions& options);
+int RunRoundtrip(const RoundtripOptions& options, const char* argv0);
 
 struct MenuOptions {
     HostOptions host;

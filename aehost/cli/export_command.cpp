@@ -23,8 +23,9 @@ std::optional<std::filesystem::file_time_type> FileTime(const std::string& path)
     return time;
 }
 
-// Clicks the command and checks that the plug-in did what was asked.
-int ClickExport(const ExportOptions& options, const ScriptUser& user) {
+}  // namespace
+
+int ClickExport(const std::string& compName, const ScriptUser& user) {
     RunUpdateMenuHooks(AEGP_WindType_COMP);
     const MenuCommand* command = ExportMenuCommand();
     if (!command) {
@@ -32,7 +33,7 @@ int ClickExport(const ExportOptions& options, const ScriptUser& user) {
         return kExitFailed;
     }
     if (!command->enabled) {
-        HostError("\"" + command->text + "\" is disabled for composition \"" + options.comp + "\"");
+        HostError("\"" + command->text + "\" is disabled for composition \"" + compName + "\"");
         return kExitFailed;
     }
     const std::string target = user.save.path;
@@ -54,8 +55,6 @@ int ClickExport(const ExportOptions& options, const ScriptUser& user) {
     }
     return kExitOk;
 }
-
-}  // namespace
 
 CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options) {
     CLI::App* command = app.add_subcommand("export", "export a composition through the plug-in's File > Export command");
@@ -89,7 +88,7 @@ int RunExport(const ExportOptions& options, const char* argv0) {
     // Every click runs; the run's result is the first failure, as a user would remember it.
     int result = kExitOk;
     for (int i = 0; i < options.clicks; ++i) {
-        const int code = ClickExport(options, user);
+        const int code = ClickExport(options.comp, user);
         if (result == kExitOk) result = code;
     }
     return CloseHost(options.host, session, result);

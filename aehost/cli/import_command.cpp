@@ -8,10 +8,8 @@
 
 namespace aehost {
 
-namespace {
-
-int ImportFile(const ImportOptions& options, HostSession& session) {
-    const std::string path = std::filesystem::absolute(options.file).string();
+int ImportThroughFlavor(const std::string& file) {
+    const std::string path = std::filesystem::absolute(file).string();
     const ImportFlavor* flavor = FlavorForFile(path);
     if (!flavor) {
         HostError("no plug-in imports files like " + path);
@@ -25,6 +23,13 @@ int ImportFile(const ImportOptions& options, HostSession& session) {
         HostError("\"" + flavor->name + "\" failed to import " + path + " (error " + std::to_string(err) + ")");
         return kExitFailed;
     }
+    return kExitOk;
+}
+
+namespace {
+
+int ImportFile(const ImportOptions& options, HostSession& session) {
+    if (const int code = ImportThroughFlavor(options.file)) return code;
     try {
         SaveProjectFile(session.project, options.output);
     } catch (const std::exception& e) {

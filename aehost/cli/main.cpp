@@ -11,10 +11,12 @@ int main(int argc, char** argv) {
     aehost::ImportOptions importOptions;
     aehost::XformOptions xformOptions;
     aehost::MenuOptions menuOptions;
+    aehost::RoundtripOptions roundtripOptions;
     CLI::App* exportCommand = aehost::AddExportCommand(app, exportOptions);
     CLI::App* importCommand = aehost::AddImportCommand(app, importOptions);
     CLI::App* xformCommand = aehost::AddXformCommand(app, xformOptions);
     CLI::App* menuCommand = aehost::AddMenuCommand(app, menuOptions);
+    CLI::App* roundtripCommand = aehost::AddRoundtripCommand(app, roundtripOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -25,5 +27,6 @@ int main(int argc, char** argv) {
     if (importCommand->parsed()) return aehost::RunImport(importOptions, argv[0]);
     if (xformCommand->parsed()) return aehost::RunXform(xformOptions);
     if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
+    if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
     return aehost::kExitBadInput;
 }
