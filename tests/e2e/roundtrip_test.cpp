@@ -16,8 +16,8 @@ using qae_test::RunCommand;
 
 // A camera that moves on bezier keys and rolls, turned by an orientation; a spot
 // light that moves straight towards its point of interest, so its aim never turns;
-// a 2D solid. `rate` is the composition's frame rate.
-std::string Project(const std::string& rate) {
+// a 2D solid; then the `extra` layers. `rate` is the composition's frame rate.
+std::string Project(const std::string& rate, const std::string& extra = "") {
   return R"({"format": "aehost-project", "version": 1, "path": "/p/roundtrip.aep",
  "footage": [{"id": 1, "name": "Grey", "width": 200, "height": 100, "solid": {"color": [0.5, 0.5, 0.5]}}],
  "comps": [{"id": 2, "name": "Main", "width": 1920, "height": 1080, "frameRate": )" + rate +
@@ -30,9 +30,15 @@ std::string Project(const std::string& rate) {
   {"id": 2, "name": "Lamp", "type": "light", "light": {"type": "spot"},
    "transform": {"pointOfInterest": [960, 540, 0],
      "position": {"keys": [{"time": 0, "value": [960, 540, -1000]}, {"time": 2, "value": [960, 540, -500]}]}}},
-  {"id": 3, "name": "Flat", "source": 1, "transform": {"position": [100, 100, 0]}}
- ]}]})";
+  {"id": 3, "name": "Flat", "source": 1, "transform": {"position": [100, 100, 0]}})" +
+         extra + "]}]}";
 }
+
+// A camera active from 1 s for half a second; 1 s is a frame boundary at 25 fps.
+const std::string kLateCamera = R"(,
+  {"id": 4, "name": "Late Cam", "type": "camera", "inPoint": 1, "duration": 0.5,
+   "transform": {"pointOfInterest": [0, 0, 0],
+     "position": {"keys": [{"time": 0, "value": [0, 0, -800]}, {"time": 2, "value": [300, 0, -800]}]}}})";
 
 // The table's row of a layer, split into its columns, or empty.
 std::vector<std::string> Row(const std::string& table, const std::string& layer) {
@@ -68,7 +74,7 @@ class Roundtrip : public ::testing::Test {
 };
 
 TEST_F(Roundtrip, CameraAndLightComeBackWithinToleranceAndThe2DLayerIsNamed) {
-  const auto result = Run({Write(Project("25")), "--comp", "Main"});
+  const auto result = Run({Write(Project("25", kLateCamera)), "--comp", "Main"});
   ASSERT_EQ(result.exitCode, 0) << result.out << result.err;
   // 2 s at 25 fps: frames 0 to 49, the whole composition for each layer.
   for (const std::string name : {"Cam", "Lamp"}) {
@@ -79,6 +85,11 @@ TEST_F(Roundtrip, CameraAndLightComeBackWithinToleranceAndThe2DLayerIsNamed) {
     EXPECT_LE(std::stod(row[3]), 1e-3) << name;
     EXPECT_EQ(row[4], "ok") << name;
   }
+  // Only the frames where the layer is active count: 1 s up to 1.5 s, frames 25 to 37.
+  const auto late = Row(result.out, "Late");
+  ASSERT_EQ(late.size(), 6u) << result.out;  // the name is two words
+  EXPECT_EQ(late[2], "13");
+  EXPECT_EQ(late[5], "ok");
   const auto flat = Row(result.out, "Flat");
   ASSERT_FALSE(flat.empty()) << result.out;
   EXPECT_NE(result.out.find("not back: 2D layer"), std::string::npos) << result.out;
@@ -99,6 +110,10 @@ TEST_F(Roundtrip, SamplingAtAnNtscRateIsNotExactAndATightToleranceFails) {
   EXPECT_GT(std::stod(cam[2]), 1e-6);
   EXPECT_EQ(cam[4] + " " + cam[5], "above tolerance");
   EXPECT_EQ(Row(tight.out, "Lamp").back(), "ok") << tight.out;
+  // The camera also rolls, so its turn comes back off by a sliver as well.
+  const auto tightTurn = Run({project, "--comp", "Main", "--tolerance-rotation", "1e-6"});
+  EXPECT_EQ(tightTurn.exitCode, 1) << tightTurn.out << tightTurn.err;
+  EXPECT_GT(std::stod(Row(tightTurn.out, "Cam").at(3)), 1e-6) << tightTurn.out;
 }
 
 TEST_F(Roundtrip, BadInputExitsWith2) {
