@@ -86,12 +86,15 @@ bool ReadAnswers(const std::string& text, const std::string& sourceName, UserAns
     Json::Value top;
     std::string parseError;
     std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-    if (!reader->parse(text.data(), text.data() + text.size(), &top, &parseError)) {
-        *error = sourceName + ": not valid JSON: " + parseError;
-        return false;
-    }
     try {
+        if (!reader->parse(text.data(), text.data() + text.size(), &top, &parseError)) {
+            *error = sourceName + ": not valid JSON: " + parseError;
+            return false;
+        }
         AnswerReader{sourceName}.Read(top, answers);
+    } catch (const Json::Exception& e) {  // the parser throws past its nesting bound
+        *error = sourceName + ": not valid JSON: " + e.what();
+        return false;
     } catch (const std::runtime_error& e) {
         *error = e.what();
         return false;

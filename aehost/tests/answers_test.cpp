@@ -40,6 +40,10 @@ TEST(AnswersTest, ProblemsNameTheSourceAndTheKey) {
     std::string error;
     EXPECT_FALSE(ReadAnswers(R"({"save": {}, "save": {}})", "a.json", &answers, &error));
     EXPECT_EQ(error.rfind("a.json: not valid JSON: ", 0), 0u) << error;
+    // Nesting past the parser's bound is bad input like any other, not an abort.
+    const std::string deep = "{\"dialogs\": " + std::string(5000, '[') + std::string(5000, ']') + "}";
+    EXPECT_FALSE(ReadAnswers(deep, "deep.json", &answers, &error));
+    EXPECT_EQ(error.rfind("deep.json: not valid JSON: ", 0), 0u) << error;
     EXPECT_FALSE(ReadAnswersFile("/nonexistent/answers.json", &answers, &error));
     EXPECT_EQ(error, "/nonexistent/answers.json: cannot open the answers file");
 }
