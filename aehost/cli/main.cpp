@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "aehost/cli/commands.h"
+#include "aehost/cli/session.h"
 
 int main(int argc, char** argv) {
     CLI::App app{"aehost: a headless host for general plug-ins, driven from the command line"};
@@ -20,6 +21,13 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
+        // A mistyped command is left over as an extra word; name it rather than only
+        // saying that a command is missing.
+        if (app.get_subcommands().empty() && !app.remaining().empty()) {
+            aehost::HostError("unknown command \"" + app.remaining().front() +
+                              "\"; the commands are export, import, xform, menu and roundtrip");
+            return aehost::kExitBadInput;
+        }
         const int code = app.exit(e);
         return code == 0 ? aehost::kExitOk : aehost::kExitBadInput;
     }

@@ -197,8 +197,7 @@ const BadInputCase kCases[] = {
      {"@/garbage.json"}},
     {"ExportDeepAnswers", Tool::kAehost,
      {"export", Examples("rig.json"), "--comp", "Rig", "--output", "@/kept.ory", "--answers", "@/deep.json"}, kBadInput,
-     {"@/deep.json", "not valid JSON"}, false,
-     "the answers reader lets the JSON parser's nesting-limit exception escape, and aehost aborts"},
+     {"@/deep.json", "not valid JSON"}},
     {"ExportIntoMissingFolder", Tool::kAehost, {"export", Examples("rig.json"), "--comp", "Rig", "--output", "@/nowhere/out.ory"},
      kFailed, {"@/nowhere/out.ory"}},
     {"ExportIntoAFile", Tool::kAehost, {"export", Examples("rig.json"), "--comp", "Rig", "--output", "@/kept.txt/out.ory"},
@@ -227,8 +226,7 @@ const BadInputCase kCases[] = {
     {"ImportIntoReadOnlyFolder", Tool::kAehost, {"import", "@/good.ory", "--output", "@/locked/kept.json"}, kFailed,
      {"@/locked/kept.json"}, true},
 
-    {"AehostUnknownSubcommand", Tool::kAehost, {"frobnicate", Examples("rig.json")}, kBadInput, {"frobnicate"}, false,
-     "aehost says only that a subcommand is required, without naming the word it did not know"},
+    {"AehostUnknownSubcommand", Tool::kAehost, {"frobnicate", Examples("rig.json")}, kBadInput, {"frobnicate"}},
 
     // aehost xform: the project description and the question.
     {"XformMissing", Tool::kAehost, {"xform", "@/missing.json", "--comp", "Rig", "--layer", "Arm", "--frame", "1"}, kBadInput,
