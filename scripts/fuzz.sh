@@ -21,6 +21,7 @@ targets=(
   "answers_fuzz -"
   "dialect_fuzz -"
   "string_file_fuzz plugin/support/res/strings"
+  "scene_header_fuzz quillon/fuzz/corpus"
 )
 
 cmake -S "$here" -B "$build" -G Ninja -DQAE_FUZZ=ON \

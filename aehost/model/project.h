@@ -43,13 +43,17 @@ struct Item {
   int width = 0;             // pixels; footage and compositions
   int height = 0;
   double pixelAspect = 1.0;
-  double duration = 0.0;     // seconds; 0 for stills and solids
+  double duration = 0.0;     // seconds; 0 for stills and solids; compositions up to kMaxCompDuration
   double frameRate = 0.0;    // frames per second, e.g. 30000.0 / 1001.0; 0 for stills and solids
   Footage footage;
   Composition comp;
 };
 
 constexpr int kRootFolderId = 0;
+// The longest composition the host makes, in seconds: three hours.
+constexpr double kMaxCompDuration = 3 * 60 * 60;
+// The highest frame rate of a composition.
+constexpr double kMaxCompFrameRate = 1000;
 
 struct Project {
   std::string path;          // empty: never saved

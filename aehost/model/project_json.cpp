@@ -191,6 +191,18 @@ double Positive(const In& at) {
   return number;
 }
 
+// A composition's length, which the plug-in walks frame by frame: above 0 and no longer
+// than the host lets a composition be.
+double CompDuration(const In& at) {
+  const double number = Positive(at);
+  if (number > kMaxCompDuration) {
+    std::ostringstream limit;
+    limit << "must be at most " << kMaxCompDuration << " seconds (three hours)";
+    Fail(at, limit.str());
+  }
+  return number;
+}
+
 int Integer(const In& at, int low, int high) {
   if (!at.value.isInt() || at.value.isBool()) Fail(at, "expected a whole number");
   const int number = at.value.asInt();
@@ -560,8 +572,8 @@ void ReadComp(const In& at, Project& project, Pending& pending) {
   ReadSize(at, item, 1);
   RequireMember(at, "frameRate");
   RequireMember(at, "duration");
-  item.frameRate = NumberIn(Member(at, "frameRate"), 0.01, 1000);
-  item.duration = Positive(Member(at, "duration"));
+  item.frameRate = NumberIn(Member(at, "frameRate"), 0.01, kMaxCompFrameRate);
+  item.duration = CompDuration(Member(at, "duration"));
   Composition& comp = item.comp;
   Read(at, "displayStart", comp.displayStart);
   comp.workAreaDuration = item.duration;
@@ -569,7 +581,7 @@ void ReadComp(const In& at, Project& project, Pending& pending) {
     const In area = Member(at, "workArea");
     RequireObject(area, {"start", "duration"});
     Read(area, "start", comp.workAreaStart);
-    if (Has(area, "duration")) comp.workAreaDuration = Positive(Member(area, "duration"));
+    if (Has(area, "duration")) comp.workAreaDuration = CompDuration(Member(area, "duration"));
   }
   if (Has(at, "background")) comp.background = ReadColor(Member(at, "background"));
   if (Has(at, "markers")) comp.markers = ReadMarkers(Member(at, "markers"));

@@ -67,6 +67,12 @@ A_Err CreateComposition(CTI* cti, AEGP_ItemH folder, const std::u16string& name,
   int32_t frames = 0;
   int32_t startFrame = 0;
   GetDocumentFrameRange(document, sequenceMode, &frames, &startFrame);
+  if (!CompositionTimingFits(frameRate, frames, startFrame)) {
+    LogEvent("CreateComposition", "the scene's frame rate " + std::to_string(frameRate) + " or frame range (" +
+                                      std::to_string(frames) + " frames from " + std::to_string(startFrame) +
+                                      ") does not fit a composition");
+    return A_Err_PARAMETER;
+  }
   const uint32_t scale = ImportTimeScale(frameRate);
   const A_Ratio aspect = HundredthsRatio(pixelAspect);
   const A_Ratio rate = HundredthsRatio(frameRate);
@@ -97,6 +103,14 @@ A_Err CreateComposition(CTI* cti, AEGP_ItemH folder, const std::u16string& name,
 }
 
 }  // namespace
+
+bool CompositionTimingFits(double frameRate, int32_t frames, int32_t startFrame) {
+  // Times go to the host in hundredths of a frame over a scale of a hundred times the rate,
+  // all in 32 bits.
+  constexpr double kLargest = INT32_MAX;
+  const bool rateFits = std::isfinite(frameRate) && frameRate * 100.0 >= 1.0 && frameRate * 100.0 <= kLargest;
+  return rateFits && frames >= 1 && frames * 100.0 <= kLargest && std::abs(startFrame * 100.0) <= kLargest;
+}
 
 uint32_t ImportTimeScale(double frameRate) { return static_cast<uint32_t>(static_cast<int32_t>(frameRate * 100.0)); }
 
@@ -151,9 +165,12 @@ bool ImportSceneFile(CTI* cti, const Filename& file) {
     return false;
   }
   const bool result = BuildComposition(cti, LeafOf(file), loaded.document);
-  if (result) WalkDocument(loaded.document);
-  ConvertViewCamera(loaded.document);
-  ExtractORYTimelineMarkers(cti, loaded.document);
+  // Without a composition there is nothing to put layers or markers into.
+  if (result) {
+    WalkDocument(loaded.document);
+    ConvertViewCamera(loaded.document);
+    ExtractORYTimelineMarkers(cti, loaded.document);
+  }
   g_importSession = ImportSession{};
   cti->Suite<AEGP_UtilitySuite7>(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion7)->AEGP_EndUndoGroup();
   return result;

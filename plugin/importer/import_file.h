@@ -21,5 +21,8 @@ bool BuildComposition(CTI* cti, const std::string& fileLeaf, BaseDocument* docum
 // The document's range (the preview range when `sequenceMode` is 3) in whole frames of the
 // document's own rate.
 void GetDocumentFrameRange(BaseDocument* document, int32_t sequenceMode, int32_t* frames, int32_t* startFrame);
+// Whether a scene's rate and frame range can be handed to the host without overflowing
+// its 32-bit times; a damaged or hostile file may hold anything.
+bool CompositionTimingFits(double frameRate, int32_t frames, int32_t startFrame);
 // The import's time scale: the render rate × 100, so that one frame is 100 units.
 uint32_t ImportTimeScale(double frameRate);

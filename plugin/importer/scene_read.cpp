@@ -1,5 +1,6 @@
 #include "plugin/importer/scene_read.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "plugin/exporter/scene_ids.h"
@@ -77,7 +78,10 @@ double ParamFloatOrFirst(SceneNode* node, int32_t id, double fallback) {
 }
 
 int32_t SceneFrame(const BaseTime& time, double rate) {
-  return static_cast<int32_t>(std::trunc(std::floor(rate * time.numerator) / std::floor(time.denominator)));
+  const double frame = std::trunc(std::floor(rate * time.numerator) / std::floor(time.denominator));
+  // A damaged or hostile file may hold any time; out of range saturates rather than wraps.
+  if (std::isnan(frame)) return 0;
+  return static_cast<int32_t>(std::clamp(frame, double{INT32_MIN}, double{INT32_MAX}));
 }
 
 AnimTrack* FindComponentTrack(const SceneNode* node, int32_t parameter, int32_t component) {

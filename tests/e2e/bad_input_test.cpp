@@ -9,10 +9,11 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
 
 namespace {
@@ -43,6 +44,9 @@ struct BadInputCase {
   const char* knownWrong = nullptr;
 };
 
+// Names the case in test output instead of dumping its bytes.
+void PrintTo(const BadInputCase& c, std::ostream* out) { *out << c.name; }
+
 std::string Expand(const std::string& text, const std::string& dir) {
   return !text.empty() && text[0] == '@' ? dir + text.substr(1) : text;
 }
@@ -58,15 +62,26 @@ std::string Damaged(std::string bytes) {
 
 std::string Nested(std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); }
 
-// The example project with one value of the wrong type.
-std::string ProjectWithTextWidth() {
-  Json::Value root;
-  Json::CharReaderBuilder builder;
-  std::string errors;
-  const std::string text = qae_test::ReadFile(Examples("rig.json"));
-  std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
-  EXPECT_TRUE(reader->parse(text.data(), text.data() + text.size(), &root, &errors)) << errors;
-  root["footage"][0]["width"] = "wide";
+Json::Value ReadExample(const std::string& name) { return qae_test::ParseJson(qae_test::ReadFile(Examples(name))); }
+
+// The example project `rig.json` changed by `change`.
+std::string RigWith(const std::function<void(Json::Value&)>& change) {
+  Json::Value root = ReadExample("rig.json");
+  change(root);
+  return Json::writeString(Json::StreamWriterBuilder(), root);
+}
+
+// A scene description whose document runs at `fps` to frame `lastFrame`: far more frames
+// than a composition holds, or a rate no host time can carry.
+std::string SceneTiming(int fps, double lastFrame) {
+  Json::Value root = ReadExample("scenes/import_keys.json");
+  for (Json::Value& param : root["document"]["params"]) {
+    if (param["id"] == "DocParam_Fps") param["int32"] = fps;
+    if (param["id"] == "DocParam_MaxTime") param["time"] = Json::arrayValue, param["time"].append(lastFrame),
+                                           param["time"].append(fps);
+  }
+  for (Json::Value& param : root["render_settings"][0]["params"])
+    if (param["id"] == "RenderParam_FrameRate") param["float"] = fps;
   return Json::writeString(Json::StreamWriterBuilder(), root);
 }
 
@@ -90,8 +105,15 @@ class BadInput : public ::testing::TestWithParam<BadInputCase> {
     Write("garbage.json", "not json at all");
     Write("array.json", "[1, 2, 3]");
     Write("deep.json", Nested(100000));
-    Write("text_width.json", ProjectWithTextWidth());
+    // One value of the wrong type, at the top and deep in a layer; a composition three
+    // hours and one second long.
+    Write("text_width.json", RigWith([](Json::Value& rig) { rig["footage"][0]["width"] = "wide"; }));
+    Write("text_position.json",
+          RigWith([](Json::Value& rig) { rig["comps"][0]["layers"][0]["transform"]["position"] = "left"; }));
     Write("text_name.json", R"({"document": {"name": 5}})");
+    Write("too_long.json", RigWith([](Json::Value& rig) { rig["comps"][0]["duration"] = 10801; }));
+    BuildScene("long.ory", SceneTiming(25, 250e6));   // 10 million seconds
+    BuildScene("fast.ory", SceneTiming(1000000, 19e6));  // 19 s at a million frames a second
     Write("folder.ory/placeholder", "");
     std::filesystem::create_directory(dir_ + "/locked");
     Write("locked/kept.ory", kKeptContent);
@@ -107,6 +129,12 @@ class BadInput : public ::testing::TestWithParam<BadInputCase> {
   void Write(const std::string& name, const std::string& content) const {
     std::filesystem::create_directories(std::filesystem::path(dir_ + "/" + name).parent_path());
     qae_test::WriteFile(dir_ + "/" + name, content);
+  }
+
+  void BuildScene(const std::string& name, const std::string& description) const {
+    Write(name + ".scene.json", description);
+    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/" + name + ".scene.json", "-o", dir_ + "/" + name});
+    ASSERT_EQ(built.exitCode, 0) << built.err;
   }
 
   // Every file the user had before the case, and what it held.
@@ -188,6 +216,10 @@ const BadInputCase kCases[] = {
      {"@/text_width.json", "footage[0].width", "whole number"}},
     {"ExportSceneAsProject", Tool::kAehost, {"export", "@/good.ory", "--comp", "Rig", "--output", "@/kept.ory"}, kBadInput,
      {"@/good.ory", "not valid JSON"}},
+    {"ExportTooLong", Tool::kAehost, {"export", "@/too_long.json", "--comp", "Rig", "--output", "@/kept.ory"}, kBadInput,
+     {"@/too_long.json", "comps[0].duration", "three hours"}},
+    {"ExportWrongTypeInLayer", Tool::kAehost, {"export", "@/text_position.json", "--comp", "Rig", "--output", "@/kept.ory"},
+     kBadInput, {"@/text_position.json", "transform.position", "expected an array"}},
     {"ExportUnknownComp", Tool::kAehost, {"export", Examples("rig.json"), "--comp", "Nope", "--output", "@/kept.ory"},
      kBadInput, {"Nope"}},
     {"ExportUnknownOption", Tool::kAehost, {"export", Examples("rig.json"), "--comp", "Rig", "--output", "@/kept.ory", "--fast"},
@@ -212,6 +244,10 @@ const BadInputCase kCases[] = {
     {"ImportHalf", Tool::kAehost, {"import", "@/half.ory", "--output", "@/kept.json"}, kFailed, {"@/half.ory"}},
     {"ImportDamaged", Tool::kAehost, {"import", "@/damaged.ory", "--output", "@/kept.json"}, kFailed, {"@/damaged.ory"}},
     {"ImportPadded", Tool::kAehost, {"import", "@/padded.ory", "--output", "@/kept.json"}, kFailed, {"@/padded.ory"}},
+    {"ImportTooLong", Tool::kAehost, {"import", "@/long.ory", "--output", "@/kept.json"}, kFailed, {"@/long.ory"}},
+    {"ImportTooFast", Tool::kAehost, {"import", "@/fast.ory", "--output", "@/kept.json"}, kFailed, {"@/fast.ory"}},
+    {"ImportNotAScene", Tool::kAehost, {"import", Examples("rig.json"), "--output", "@/kept.json"}, kFailed,
+     {"rig.json"}},
     {"ImportIntoBrokenProject", Tool::kAehost, {"import", "@/good.ory", "--project", "@/half.json", "--output", "@/kept.json"},
      kBadInput, {"@/half.json", "not valid JSON"}},
     {"ImportIntoMistypedProject", Tool::kAehost,
@@ -225,6 +261,19 @@ const BadInputCase kCases[] = {
      {"@/kept.txt/out.json"}},
     {"ImportIntoReadOnlyFolder", Tool::kAehost, {"import", "@/good.ory", "--output", "@/locked/kept.json"}, kFailed,
      {"@/locked/kept.json"}, true},
+
+    // aehost roundtrip: the project and the tolerances.
+    {"RoundtripMissing", Tool::kAehost, {"roundtrip", "@/missing.json", "--comp", "Rig", "--quiet"}, kBadInput,
+     {"@/missing.json"}},
+    {"RoundtripWrongType", Tool::kAehost, {"roundtrip", "@/text_width.json", "--comp", "Rig", "--quiet"}, kBadInput,
+     {"@/text_width.json", "footage[0].width"}},
+    {"RoundtripUnknownComp", Tool::kAehost, {"roundtrip", Examples("rig.json"), "--comp", "Nope", "--quiet"}, kBadInput,
+     {"Nope"}},
+    {"RoundtripNegativeTolerance", Tool::kAehost,
+     {"roundtrip", Examples("rig.json"), "--comp", "Rig", "--tolerance-position", "-1", "--quiet"}, kBadInput,
+     {"--tolerance-position", "-1"}},
+    {"RoundtripUnknownOption", Tool::kAehost, {"roundtrip", Examples("rig.json"), "--comp", "Rig", "--exact"}, kBadInput,
+     {"--exact"}},
 
     {"AehostUnknownSubcommand", Tool::kAehost, {"frobnicate", Examples("rig.json")}, kBadInput, {"frobnicate"}},
 

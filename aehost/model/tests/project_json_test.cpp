@@ -259,6 +259,13 @@ TEST(ProjectJsonErrors, TheDocumentAsAWhole) {
   EXPECT_EQ(Refusal(R"({"format": "aehost-project", "version": 1, "comps": [
               {"id": 1, "width": 0, "height": 10, "frameRate": 25, "duration": 1}]})"),
             "test.json: comps[0].width: must lie between 1 and 30000");
+  // Three hours and one second: longer than any composition the host makes.
+  EXPECT_EQ(Refusal(R"({"format": "aehost-project", "version": 1, "comps": [
+              {"id": 1, "width": 10, "height": 10, "frameRate": 25, "duration": 10801}]})"),
+            "test.json: comps[0].duration: must be at most 10800 seconds (three hours)");
+  EXPECT_EQ(Refusal(R"({"format": "aehost-project", "version": 1, "comps": [
+              {"id": 1, "width": 10, "height": 10, "frameRate": 25, "duration": 10800}]})"),
+            "");
   EXPECT_NE(Refusal(R"({"format": "aehost-project", "version": 1,})").find("not valid JSON"),
             std::string::npos);
   EXPECT_NE(Refusal(R"({"format": "aehost-project", "format": "x", "version": 1})")

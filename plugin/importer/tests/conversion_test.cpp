@@ -113,9 +113,21 @@ TEST(LightValues, KindsOfBothLightTypes) {
 TEST(ImportTime, FramesAndHostTimes) {
   EXPECT_EQ(ImportTimeScale(29.97), 2997u);
   EXPECT_EQ(ImportTimeScale(25), 2500u);
+  // Times reach the host as hundredths of frames in 32 bits: 21,474,836 frames at most.
+  EXPECT_TRUE(CompositionTimingFits(29.97, 21474836, -21474836));
+  EXPECT_FALSE(CompositionTimingFits(29.97, 21474837, 0));
+  EXPECT_FALSE(CompositionTimingFits(29.97, 100, -21474837));
+  EXPECT_FALSE(CompositionTimingFits(29.97, 0, 0));
+  EXPECT_FALSE(CompositionTimingFits(0.001, 100, 0));  // a scale below one unit
+  EXPECT_FALSE(CompositionTimingFits(3e7, 100, 0));    // a scale past 32 bits
+  EXPECT_FALSE(CompositionTimingFits(std::nan(""), 100, 0));
   // Frame of a scene time: trunc(floor(rate * numerator) / floor(denominator)).
   EXPECT_EQ(SceneFrame(BaseTime(12, 25), 25), 12);
   EXPECT_EQ(SceneFrame(BaseTime(1, 3), 25), 8);  // 25 / 3 = 8.33
+  // Times a damaged file may hold saturate instead of wrapping around.
+  EXPECT_EQ(SceneFrame(BaseTime(1e12, 1), 1000), INT32_MAX);
+  EXPECT_EQ(SceneFrame(BaseTime(-1e12, 1), 1000), INT32_MIN);
+  EXPECT_EQ(SceneFrame(BaseTime(7, 0), 25), 175);  // a zero denominator is taken as 1
   // A layer that starts at composition frame 10 at 25 fps: its first key at value 1000.
   const A_Time first = HostFrameTime(A_Time{1000, 2500}, 2500, 0);
   EXPECT_EQ(first.value, 1000);

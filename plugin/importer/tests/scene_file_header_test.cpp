@@ -22,6 +22,10 @@ TEST(SceneFileHeader, EveryVariantTagWithTheIdentIsAScene) {
     EXPECT_TRUE(IsSceneFile(path)) << tag;
     std::remove(path.c_str());
   }
+  // Exactly the header and nothing after it is still a scene file by its header.
+  EXPECT_TRUE(IsSceneFileHeader("QORYORY6", 8));
+  EXPECT_FALSE(IsSceneFileHeader("QORYORY6", 7));
+  EXPECT_FALSE(IsSceneFileHeader(nullptr, 8));
 }
 
 TEST(SceneFileHeader, OtherTagsIdentsShortFilesAndMissingFilesAreNot) {
