@@ -120,8 +120,12 @@ A_Err CreateComp(AEGP_ItemH parent_folderH0, const A_UTF16Char* nameZ, A_long wi
             return Refuse(call, "pixel aspect ratio must be positive");
         if (!durationPT || !ToSeconds(*durationPT, &duration) || duration <= 0.0)
             return Refuse(call, "duration must be positive");
+        if (duration > kMaxCompDuration)
+            return Refuse(call, "duration is longer than three hours");
         if (!frameratePRt || !FromRatio(*frameratePRt, &rate) || rate <= 0.0)
             return Refuse(call, "frame rate must be positive");
+        if (rate > kMaxCompFrameRate)
+            return Refuse(call, "frame rate is above 1000 frames a second");
         Item& comp = AddComp(*project, Utf16zToUtf8(nameZ), width, height, aspect, duration, rate, folderId);
         *new_compPH = CompHandle(comp);
         return A_Err_NONE;
