@@ -10,9 +10,8 @@
 namespace {
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
-// Frame rates assumed when the host does not tell; they only matter if a call fails.
+// Frame rate assumed when the host does not tell; it only matters if a call fails.
 constexpr double kFallbackExpressionRate = 30.0;
-constexpr double kFallbackLayerRate = 25.0;
 
 bool HasTimeVaryingExpression(AEGP_StreamRefH stream) {
   A_Boolean enabled = false, varying = false;
@@ -28,37 +27,41 @@ double LayerCompRate(AEGP_LayerH layer, double fallback, A_Err* err) {
   return rate;
 }
 
-int32_t FrameOfHostTime(const A_Time& t, double rate) { return FrameOf(FromAeTime(t.value, t.scale), rate); }
+// Where frame `i` of the current composition lies in After Effects, in seconds. Spans are
+// bounded in these seconds, never in document seconds: at 29.97 frames per second frame 30 is
+// 1 s in the document but 1.001 s in After Effects, so a key on frame 30 would otherwise start
+// its span one frame late.
+double HostSeconds(const AEToOry& exporter, int32_t i) {
+  return TimeRatio(A_Time{i * exporter.frameDuration.value, exporter.frameDuration.scale});
+}
 
 // Frames `from` to `to`, both included, of the current composition.
 void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times, double* low, double* high) {
   for (int32_t i = from; i <= to; ++i) {
     InsertFrame(times, i, exporter.fps, exporter.frameDuration);
-    const double r = TimeRatio(BaseTime(i, exporter.fps));
+    const double r = HostSeconds(exporter, i);
     *low = std::min(*low, r);
     *high = std::max(*high, r);
   }
 }
 
-struct FrameRange {
-  int32_t first = 0;
-  int32_t last = -1;
-};
-
-// The frames of the layer from its in point to its end, in its composition's rate.
-FrameRange LayerFrames(AEGP_LayerH layer) {
-  A_Err err = A_Err_NONE;
-  const double rate = LayerCompRate(layer, kFallbackLayerRate, &err);
+// The frames at which the host shows the layer, from its in point up to its out point.
+FrameSpan LayerFrames(const AEToOry& exporter, AEGP_LayerH layer) {
   A_Time in{0, 1}, duration{0, 1};
   LayerSuite13()->AEGP_GetLayerInPoint(layer, AEGP_LTimeMode_CompTime, &in);
   LayerSuite13()->AEGP_GetLayerDuration(layer, AEGP_LTimeMode_CompTime, &duration);
-  const int32_t first = FrameOfHostTime(in, rate);
-  return FrameRange{first, first + FrameOfHostTime(duration, rate)};
+  return LayerFrameSpan(in, duration, exporter.frameDuration);
 }
 
-std::pair<double, double> RatioBounds(const TimeMap& times) {
+// The earliest and latest host time of the entries; an empty map gives an empty interval.
+std::pair<double, double> HostBounds(const TimeMap& times) {
   if (times.empty()) return {1.0, 0.0};
-  return {TimeRatio(times.begin()->first), TimeRatio(times.rbegin()->first)};
+  double low = TimeRatio(times.begin()->second), high = low;
+  for (const auto& [docTime, hostTime] : times) {
+    low = std::min(low, TimeRatio(hostTime));
+    high = std::max(high, TimeRatio(hostTime));
+  }
+  return {low, high};
 }
 
 }  // namespace
@@ -87,7 +90,7 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   A_Err err = KeyframeSuite4()->AEGP_GetStreamNumKFs(stream, &keyCount);
   double low = std::numeric_limits<float>::max(), high = std::numeric_limits<float>::min();
   if (!useKeys) {
-    const FrameRange range = LayerFrames(layer);
+    const FrameSpan range = LayerFrames(exporter, layer);
     InsertFrames(exporter, range.first, range.last, times, &low, &high);
     return err;
   }
@@ -107,9 +110,9 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   // Keys pull in all frames between the first and the last; position surely exists and serves
   // to ask the layer's frames, whichever stream has the keys.
   if (!LayerStream(layer, AEGP_LayerStream_POSITION)) return err;
-  const FrameRange range = LayerFrames(layer);
+  const FrameSpan range = LayerFrames(exporter, layer);
   for (int32_t i = range.first; i <= range.last; ++i) {
-    const double r = TimeRatio(BaseTime(i, exporter.fps));
+    const double r = HostSeconds(exporter, i);
     if (r > low && r < high) InsertFrame(times, i, exporter.fps, exporter.frameDuration);
   }
   return err;
@@ -140,13 +143,13 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
     if (stream) CollectKeyTimes(exporter, layer, stream.get(), true, &span);
   }
   if (scale) err = CollectKeyTimes(exporter, layer, scale.get(), true, &span);
-  const auto [low, high] = RatioBounds(span);
+  const auto [low, high] = HostBounds(span);
 
   const bool writeScale = hasScale && !(exporter.exportTextAsPlanes && LayerObjectType(layer) == AEGP_ObjectType_TEXT);
   Vector previousRotation;
   bool continueRotation = false;
   for (const auto& [docTime, hostTime] : frames) {
-    const double r = TimeRatio(docTime);
+    const double r = TimeRatio(hostTime);
     if (r > high || r < low) continue;
     A_Matrix4 m{};
     if (!err) err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &hostTime, &m);

@@ -17,3 +17,23 @@ void InsertFrame(TimeMap* times, int32_t frame, int32_t fps, const A_Time& frame
 void InsertHostTime(TimeMap* times, const A_Time& t) {
   times->insert_or_assign(FromAeTime(t.value, t.scale), t);
 }
+
+namespace {
+
+// Products of three host numbers (32 bits each) need 96 bits.
+using Wide = __int128;
+
+// The smallest whole number not below n / d, for d > 0.
+Wide CeilDiv(Wide n, Wide d) { return n / d + (n % d > 0 ? 1 : 0); }
+
+}  // namespace
+
+FrameSpan LayerFrameSpan(const A_Time& in, const A_Time& duration, const A_Time& frameDuration) {
+  if (frameDuration.value <= 0 || frameDuration.scale == 0 || in.scale == 0 || duration.scale == 0) return {};
+  // Frame f lies at f * fv / fs; in = a / b, out = (a e + c b) / (b e) with duration c / e.
+  const Wide fv = frameDuration.value, fs = frameDuration.scale;
+  const Wide a = in.value, b = in.scale, c = duration.value, e = duration.scale;
+  const Wide first = CeilDiv(a * fs, b * fv);
+  const Wide last = CeilDiv((a * e + c * b) * fs, b * e * fv) - 1;
+  return FrameSpan{static_cast<int32_t>(first), static_cast<int32_t>(last)};
+}

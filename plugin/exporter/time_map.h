@@ -21,3 +21,16 @@ void InsertFrame(TimeMap* times, int32_t frame, int32_t fps, const A_Time& frame
 
 // A keyframe time of After Effects, which becomes the document time as it stands.
 void InsertHostTime(TimeMap* times, const A_Time& t);
+
+// Frames `first` to `last`, both included; empty when `last` is below `first`.
+struct FrameSpan {
+  int32_t first = 0;
+  int32_t last = -1;
+};
+
+// The frames at which After Effects shows a layer: those whose time lies at or after the in
+// point and before the out point (in + duration), frames being multiples of `frameDuration`.
+// Worked exactly on the host's times, so that an in point between two frames (1 s at 29.97
+// frames per second lies between frames 29 and 30) starts at the next frame, and the frame at
+// the out point, which shows the layer no more, is left out.
+FrameSpan LayerFrameSpan(const A_Time& in, const A_Time& duration, const A_Time& frameDuration);

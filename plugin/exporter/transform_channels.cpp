@@ -148,7 +148,10 @@ SceneLayer* LockLayer(AEToOry& exporter) {
   return layer;
 }
 
-// The layer whose source size moves the target from the source's corner to its centre.
+// The layer whose source size moves the target from the source's corner to its centre. A
+// parent's plane stands at the centre of its picture, so a target under it is placed from
+// there; a null layer's object stands at the corner (it is exported with no size), so a
+// target under a null needs no correction, although its source is a solid of some size.
 AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
   AEGP_LayerH parent = nullptr;
   LayerSuite13()->AEGP_GetLayerParent(layer, &parent);
@@ -158,12 +161,15 @@ AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
     AEGP_ObjectType type = AEGP_ObjectType_NONE;
     AEGP_ItemH source = nullptr;
     AEGP_ItemType itemType = AEGP_ItemType_NONE;
+    AEGP_LayerFlags flags = 0;
     LayerSuite14()->AEGP_IsLayer3D(parent, &is3d);
     LayerSuite13()->AEGP_GetLayerObjectType(parent, &type);
     LayerSuite13()->AEGP_GetLayerSourceItem(parent, &source);
+    LayerSuite13()->AEGP_GetLayerFlags(parent, &flags);
     if (source) ItemSuite13()->AEGP_GetItemType(source, &itemType);
     const bool picture = itemType == AEGP_ItemType_COMP || itemType == AEGP_ItemType_FOOTAGE;
-    reference = is3d && type == AEGP_ObjectType_AV && picture ? parent : nullptr;
+    const bool nullLayer = (flags & AEGP_LayerFlag_NULL_LAYER) != 0;
+    reference = is3d && type == AEGP_ObjectType_AV && picture && !nullLayer ? parent : nullptr;
   }
   if (!reference) return nullptr;
   AEGP_ItemH source = nullptr;

@@ -140,9 +140,10 @@ void FindPointOfInterest(BaseObject* effective, int32_t type, ObjectConversion* 
   }
   if (c->targetObject) {
     c->hasPointOfInterest = true;
+    CollectAncestors(c->targetObject, &c->targetAncestors);
     Vector target;
     t_ORYOS_Bo->GetPosition(c->targetObject, &target);
-    c->pointOfInterest = {target.x, -target.y, target.z};
+    c->pointOfInterest = TargetPoint(*c, target, BaseTime(0, c->frameRate));
     if (IsCamera(type)) Layers()->AEGP_SetLayerFlag(c->layer, AEGP_LayerFlag_LOOK_AT_POI, true);
     return;
   }
@@ -177,8 +178,11 @@ bool SetStaticStreams(ObjectConversion* c) {
             StreamResult::kSet)
       return false;
   }
-  return SetLayerStream(c->layer, AEGP_LayerStream_ROTATION, OneD(c->rotation.z), &c->rotationStream) ==
-         StreamResult::kSet;
+  double lastRoll = 0.0;
+  const double z = c->isCameraOrLight && c->hasPointOfInterest
+                       ? HostRoll(c->sceneRotation, c->rotationOrder, false, &lastRoll)
+                       : c->rotation.z;
+  return SetLayerStream(c->layer, AEGP_LayerStream_ROTATION, OneD(z), &c->rotationStream) == StreamResult::kSet;
 }
 
 }  // namespace
@@ -239,6 +243,28 @@ void ToHostTransform(Vector* position, Vector* rotation, bool keepContinuity, Ve
   *rotation = {turn.x * kDegreesPerRadian, -turn.y * kDegreesPerRadian, turn.z * kDegreesPerRadian};
 }
 
+double HostRoll(const Vector& rotation, int32_t rotationOrder, bool keepContinuity, double* lastRoll) {
+  constexpr double kTurn = 2.0 * 3.14159265358979323846;
+  double bank = MatrixToRotation(RotationToMatrix(rotation, rotationOrder), kRotationOrderHpb, false).z;
+  if (keepContinuity) {
+    bank += kTurn * std::round((*lastRoll - bank) / kTurn);
+  } else if (bank > kTurn / 2.0) {
+    bank -= kTurn;  // a small roll to the other side reads better than nearly a full turn
+  }
+  *lastRoll = bank;
+  return bank * kDegreesPerRadian;
+}
+
+Vector TargetPoint(const ObjectConversion& c, const Vector& position, const BaseTime& time) {
+  Vector point = position;
+  if (!c.targetAncestors.empty()) {
+    Vector rotation, scale{1.0, 1.0, 1.0};
+    FlattenTransform(&point, &rotation, &scale, time, g_importSession.document, c.targetAncestors,
+                     t_ORYOS_Bo->GetRotationOrder(c.targetObject));
+  }
+  return {point.x, -point.y, point.z};
+}
+
 Vector DerivePointOfInterest(const Vector& rotation, const Vector& position) {
   return {-std::sin(rotation.x) * std::cos(rotation.y) * 1000.0 + position.x,
           -(std::sin(rotation.y) * 1000.0 + position.y),
@@ -274,6 +300,7 @@ AEGP_LayerH ConvertBaseObject(BaseObject* object, ObjectConversion* c) {
   if (!c->ancestors.empty())
     FlattenTransform(&c->position, &c->rotation, &c->scale, BaseTime(0, c->frameRate), document, c->ancestors,
                      c->rotationOrder);
+  c->sceneRotation = c->rotation;
   Vector lastRotation;
   ToHostTransform(&c->position, &c->rotation, false, &lastRotation, c->rotationOrder);
   GetDocumentFrameRange(document, sequenceMode, &c->frames, &c->startFrame);

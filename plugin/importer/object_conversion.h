@@ -30,9 +30,11 @@ struct ObjectConversion {
   bool derivesPointOfInterest = false;
   BaseObject* targetObject = nullptr;
   std::vector<AncestorTransform> ancestors;
+  std::vector<AncestorTransform> targetAncestors;  // those of targetObject
   int32_t rotationOrder = 0;
   Vector rawPosition, rawRotation, rawScale;  // the object's own values
   Vector position, rotation, scale;           // flattened, in host terms after ToHostTransform
+  Vector sceneRotation;                       // flattened, in scene terms, at frame 0
   Vector pointOfInterest;
   double frameRate = 30.0;
   int32_t frames = 0;
@@ -56,5 +58,19 @@ void FlattenTransform(Vector* position, Vector* rotation, Vector* scale, const B
 // Scene terms to the host's: y flips, rotations become x, y, z degrees.
 void ToHostTransform(Vector* position, Vector* rotation, bool keepContinuity, Vector* lastRotation,
                      int32_t rotationOrder);
+// The point of interest, in host terms, where the target stands at `time` with its own
+// `position`. The exporter puts a target under the parent of its camera or light, next to it,
+// so that it follows that parent in the scene; its ancestors are flattened into the point as
+// they are into the layer's own transform, or the layer would aim at a point that no longer
+// turns with the parent.
+Vector TargetPoint(const ObjectConversion& conversion, const Vector& position, const BaseTime& time);
+// The Z rotation, in degrees, of a camera or light that the host aims at its point of
+// interest. The host turns such a layer by heading and pitch towards the point, keeping its
+// horizon level, and the Z rotation then rolls it about its line of sight: that roll is the
+// bank of the scene rotation (order 6), whatever order the object keeps. The z of the X, Y, Z
+// angles that ToHostTransform gives is not it, since it holds part of the aim as well.
+// `lastRoll` (radians) carries the roll from frame to frame, which keepContinuity keeps within
+// half a turn of it; without it the roll lies between -180 and 180 degrees.
+double HostRoll(const Vector& rotation, int32_t rotationOrder, bool keepContinuity, double* lastRoll);
 // A point 1000 units ahead of an object, in host terms, from its scene rotation and position.
 Vector DerivePointOfInterest(const Vector& rotation, const Vector& position);

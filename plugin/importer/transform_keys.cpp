@@ -110,8 +110,8 @@ bool AddTransformKeys(ObjectConversion* c) {
   VectorTracks scale;
   if (c->isPlainObject) scale = FindAnimatedTracks(object, c->sceneLayer, ObjectParam_Scale);
 
-  const bool animatesPoi =
-      target.Any() || (c->derivesPointOfInterest && (position.tracks[0] || rotation.tracks[1] || rotation.tracks[2]));
+  const bool animatesPoi = target.Any() || AnyAnimatedAncestor(c->targetAncestors) ||
+                           (c->derivesPointOfInterest && (position.tracks[0] || rotation.tracks[1] || rotation.tracks[2]));
   const bool animatedAncestor = AnyAnimatedAncestor(c->ancestors);
   if (!position.Any() && !rotation.Any() && !animatesPoi && !animatedAncestor && !(c->isPlainObject && scale.Any()))
     return true;
@@ -133,6 +133,7 @@ bool AddTransformKeys(ObjectConversion* c) {
   Sampled rotationSample{c->rawRotation, c->rawRotation, c->rawRotation};
   Sampled scaleSample{c->rawScale, c->rawScale, c->rawScale};
   Vector lastPosition, lastRotation, lastHostRotation, lastPoi;
+  double lastRoll = 0.0;
   Vector targetStatic;
   if (c->targetObject) t_ORYOS_Bo->GetPosition(c->targetObject, &targetStatic);
 
@@ -154,7 +155,9 @@ bool AddTransformKeys(ObjectConversion* c) {
     Vector r = rotationSample.value;
     Vector s = scaleSample.value;
     if (!c->ancestors.empty()) FlattenTransform(&p, &r, &s, t, document, c->ancestors, c->rotationOrder);
+    const Vector sceneRotation = r;
     ToHostTransform(&p, &r, i != 0, &lastRotation, c->rotationOrder);
+    if (poiOnly) r.z = HostRoll(sceneRotation, c->rotationOrder, i != 0, &lastRoll);
 
     if (i == 0 || !(p == lastPosition) || positionMoves) ok = c->positionStream.AddKey(hostTime, ThreeD(p.x, p.y, p.z));
     const bool zeroScale = s == Vector{0.0, 0.0, 0.0};
@@ -167,9 +170,9 @@ bool AddTransformKeys(ObjectConversion* c) {
     if (ok && animatesPoi) {
       Vector poi;
       if (c->targetObject) {
-        poi = targetStatic;
-        ReadAt(target, t, &poi);
-        poi.y = -poi.y;
+        Vector own = targetStatic;
+        ReadAt(target, t, &own);
+        poi = TargetPoint(*c, own, t);
       } else {
         poi = DerivePointOfInterest(rawRotation, rawPosition);
       }

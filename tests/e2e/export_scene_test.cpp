@@ -286,8 +286,7 @@ class ExportedScene : public ::testing::Test {
   // with an animated ancestor hold keys that express their world path against the parent's
   // static matrix, so there the parent is taken as it stands unanimated, and only frames that
   // the object's own keys cover can match.
-  void CompareAllFrames(const Example& example, const std::map<std::string, double>& zOffsets,
-                        const std::map<std::string, int32_t>& firstFrames = {}) {
+  void CompareAllFrames(const Example& example, const std::map<std::string, double>& zOffsets) {
     Scene scene = ExportAndRead(example, workDir_);
     ASSERT_TRUE(scene.document) << scene.error;
     quillon::Document& document = *scene.document;
@@ -306,7 +305,6 @@ class ExportedScene : public ::testing::Test {
       if (relative && !HasTracks(*object)) continue;
       int32_t from = static_cast<int32_t>(std::lround(layer.inPoint * example.frameRate)), to = frames - 1;
       if (relative) std::tie(from, to) = KeySpan(*object, fps);
-      if (const auto first = firstFrames.find(layer.name); first != firstFrames.end()) from = first->second;
       const auto z = zOffsets.find(layer.name);
       const double zOffset = z == zOffsets.end() ? 0.0 : z->second;
       for (int32_t frame = from; frame <= to; ++frame) {
@@ -349,10 +347,11 @@ TEST_F(ExportedScene, NestedPrecompositionsFollowAfterEffectsFrameByFrame) {
 }
 
 TEST_F(ExportedScene, FractionalFrameRateFollowsAfterEffectsFrameByFrame) {
-  // The span of keys is bounded by keyframe times in After Effects' seconds and compared with
-  // document frames of 1/30 s: the first key at frame 10 (0.3337 s) leaves out document frame
-  // 10 (0.3333 s), so the scene holds frame 11's place before it.
-  CompareAllFrames(LoadExample("ntsc.json", "Broadcast"), {}, {{"Card", 11}});
+  // The span of keys is bounded by keyframe times in After Effects' seconds, and each frame is
+  // tested at its time in After Effects, not at its document time of 1/30 s: the first key at
+  // frame 10 (0.3337 s in After Effects, 0.3333 s in the document) keeps its frame, and every
+  // frame of the composition matches, also those before the first key.
+  CompareAllFrames(LoadExample("ntsc.json", "Broadcast"), {});
 }
 
 TEST_F(ExportedScene, FractionalFrameRateKeysStandOnWholeDocumentFrames) {
@@ -361,13 +360,13 @@ TEST_F(ExportedScene, FractionalFrameRateKeysStandOnWholeDocumentFrames) {
   ASSERT_TRUE(scene.document) << scene.error;
   quillon::Object* card = ObjectOfLayer(*scene.document, 11);
   ASSERT_NE(card, nullptr);
-  // Keys at After Effects' frames 10 and 40; the span starts one frame late (see above), the
+  // Keys at After Effects' frames 10 and 40: one key on each frame 10 to 40, 31 keys; the
   // display start of frame 300 does not shift the keys, and x moves on every frame.
   for (quillon::Track* track : quillon::TracksOf(*card)) {
     if (Utf8(track->name) != "Position X") continue;
     const quillon::KeyStore& keys = track->curve->keys;
-    ASSERT_EQ(keys.size(), 30);
-    EXPECT_EQ(keys.at(0)->time, BaseTime(11, 30));
+    ASSERT_EQ(keys.size(), 31);
+    EXPECT_EQ(keys.at(0)->time, BaseTime(10, 30));
     EXPECT_EQ(keys.at(keys.size() - 1)->time, BaseTime(40, 30));
     return;
   }

@@ -116,6 +116,81 @@ TEST_F(Roundtrip, SamplingAtAnNtscRateIsNotExactAndATightToleranceFails) {
   EXPECT_GT(std::stod(Row(tightTurn.out, "Cam").at(3)), 1e-6) << tightTurn.out;
 }
 
+// A composition of 2 s at 25 fps with the given layers, and the solid "Card" of 200 by 100
+// pixels and "Null 1" of 100 by 100 as sources.
+std::string Comp(const std::string& layers, const std::string& rate = "25") {
+  return R"({"format": "aehost-project", "version": 1, "path": "/p/roundtrip.aep",
+ "footage": [{"id": 1, "name": "Card", "width": 200, "height": 100, "solid": {"color": [0.5, 0.5, 0.5]}},
+             {"id": 2, "name": "Null 1", "width": 100, "height": 100, "solid": {"color": [1, 1, 1]}}],
+ "comps": [{"id": 9, "name": "Main", "width": 1920, "height": 1080, "frameRate": )" +
+         rate + R"(, "duration": 2, "layers": [)" + layers + "]}]}";
+}
+
+// The row of each named layer (one word) says "ok" over `frames` frames.
+void ExpectBack(const qae_test::CommandResult& result, const std::vector<std::string>& names, const std::string& frames) {
+  EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+  for (const std::string& name : names) {
+    const auto row = Row(result.out, name);
+    ASSERT_EQ(row.size(), 5u) << name << '\n' << result.out;
+    EXPECT_EQ(row[1], frames) << name;
+    EXPECT_EQ(row[4], "ok") << name << '\n' << result.out;
+  }
+}
+
+TEST_F(Roundtrip, LightsAimedOffTheirAxisComeBackWithoutRoll) {
+  // "Aimed" looks from (0, -1000, -1000) at the middle of the picture: the host turns it by
+  // heading and pitch with a level horizon. Its scene rotation has no bank, but the Z of its
+  // X, Y, Z angles is 35.5 degrees, which, added as Z rotation, would roll it by as much.
+  // "Turned" does not follow its point of interest: its orientation (30, 40, 0) gives a bank of
+  // its own, which the import must bring back as the Z rotation of a light aimed at the point
+  // 1000 pixels ahead of it.
+  const std::string layers = R"(
+  {"id": 1, "name": "Aimed", "type": "light", "light": {"type": "spot"},
+   "transform": {"pointOfInterest": [960, 540, 0], "position": [0, -1000, -1000]}},
+  {"id": 2, "name": "Turned", "type": "light", "autoOrient": "off", "light": {"type": "parallel"},
+   "transform": {"position": [300, 200, -500], "orientation": [30, 40, 0]}})";
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Aimed", "Turned"}, "50");
+}
+
+TEST_F(Roundtrip, CamerasUnderATurningParentTurnWithIt) {
+  // Both parents turn half a turn about Y in 2 s. The cameras keep their point of interest at
+  // their parent's origin, so their targets go under the parents in the scene and the import
+  // must follow the parents' turn into the point of interest. Under the null the target stands
+  // at the null's corner, where its object is; under the solid at the picture's centre, where
+  // the plane is. The parents stand at depth 100, so no half-pixel stacking nudge applies to
+  // them (one would turn with the parent and come back as much as a pixel off).
+  const std::string layers = R"(
+  {"id": 1, "name": "NullCam", "type": "camera", "parent": 3, "camera": {"zoom": 1000},
+   "transform": {"pointOfInterest": [0, 0, 0], "position": [0, 0, -1000]}},
+  {"id": 2, "name": "CardCam", "type": "camera", "parent": 4, "camera": {"zoom": 1000},
+   "transform": {"pointOfInterest": [100, 50, 0], "position": [100, 50, -800]}},
+  {"id": 3, "name": "Pivot", "source": 2, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [50, 50, 0], "position": [960, 540, 100],
+     "rotationY": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": 180}]}}},
+  {"id": 4, "name": "Turntable", "source": 1, "threeD": true,
+   "transform": {"position": [500, 300, 100],
+     "rotationY": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": -180}]}}})";
+  const auto result = Run({Write(Comp(layers)), "--comp", "Main"});
+  ExpectBack(result, {"NullCam", "CardCam"}, "50");
+}
+
+TEST_F(Roundtrip, ALayerStartingBetweenFramesKeepsItsFirstAndLastFrames) {
+  // At 29.97 fps 1 s lies between frames 29 (0.9676 s) and 30 (1.001 s), so the camera is seen
+  // from frame 30 to frame 44 (1.4681 s), 15 frames; its keys stand on frames 30 and 45. Both
+  // its first and its last frame must be baked, with the key of frame 30 at document frame 30.
+  const std::string layers = R"(
+  {"id": 1, "name": "Late", "type": "camera", "inPoint": 1, "duration": 0.5,
+   "transform": {"pointOfInterest": [0, 0, 0],
+     "position": {"keys": [{"time": 1.001, "value": [0, 0, -800]}, {"time": 1.5015, "value": [300, 0, -800]}]}}},
+  {"id": 2, "name": "Early", "type": "camera", "duration": 1,
+   "transform": {"pointOfInterest": [0, 0, 0],
+     "position": {"keys": [{"time": 0, "value": [0, 0, -800]}, {"time": 2, "value": [300, 0, -800]}]}}})";
+  // "Early" is seen from frame 0 to 29 (0.9676 s): 30 frames.
+  const auto result = Run({Write(Comp(layers, "29.97002997002997")), "--comp", "Main"});
+  ExpectBack(result, {"Late"}, "15");
+  ExpectBack(result, {"Early"}, "30");
+}
+
 TEST_F(Roundtrip, BadInputExitsWith2) {
   const std::string project = Write(Project("25"));
   const auto noComp = Run({project, "--comp", "Nowhere"});

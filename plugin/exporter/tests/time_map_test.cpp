@@ -33,4 +33,46 @@ TEST(TimeMap, RatioOfAnEmptyScaleIsZero) {
   EXPECT_DOUBLE_EQ(TimeRatio(A_Time{-3, 4}), -0.75);
 }
 
+// Frame f of 29.97 fps lies at f * 1001 / 30000 s: frame 29 at 0.9676 s, 30 at 1.001 s,
+// 44 at 1.4681 s, 45 at 1.5015 s.
+constexpr A_Time kNtscFrame{1001, 30000};
+
+TEST(LayerFrameSpan, FramesFromTheInPointUpToTheOutPoint) {
+  // 25 fps, in point 1 s, half a second long: frames 25 (1 s) to 37 (1.48 s); the out point
+  // 1.5 s lies at frame 37.5.
+  FrameSpan span = LayerFrameSpan(A_Time{1, 1}, A_Time{1, 2}, A_Time{1, 25});
+  EXPECT_EQ(span.first, 25);
+  EXPECT_EQ(span.last, 37);
+  // The whole of a 2 s composition at 25 fps: frames 0 to 49; frame 50 lies at the end, where
+  // the layer is no longer shown.
+  span = LayerFrameSpan(A_Time{0, 1}, A_Time{2, 1}, A_Time{1, 25});
+  EXPECT_EQ(span.first, 0);
+  EXPECT_EQ(span.last, 49);
+  // An in point on a frame counts that frame: 2 s at 25 fps, with another time scale.
+  span = LayerFrameSpan(A_Time{5000, 2500}, A_Time{100, 2500}, A_Time{100, 2500});
+  EXPECT_EQ(span.first, 50);
+  EXPECT_EQ(span.last, 50);
+}
+
+TEST(LayerFrameSpan, AnInPointBetweenFramesStartsAtTheNextFrame) {
+  // 1 s at 29.97 fps lies between frames 29 and 30; 1.5 s between 44 and 45.
+  FrameSpan span = LayerFrameSpan(A_Time{1, 1}, A_Time{1, 2}, kNtscFrame);
+  EXPECT_EQ(span.first, 30);
+  EXPECT_EQ(span.last, 44);
+  // In point on frame 30 exactly (1.001 s), five frames long: frames 30 to 34.
+  span = LayerFrameSpan(A_Time{30030, 30000}, A_Time{5005, 30000}, kNtscFrame);
+  EXPECT_EQ(span.first, 30);
+  EXPECT_EQ(span.last, 34);
+  // A layer that starts before the composition: in point -0.1 s, 0.2 s long, at 10 fps:
+  // frames -1 (-0.1 s) and 0; frame 1 lies at the out point 0.1 s.
+  span = LayerFrameSpan(A_Time{-1, 10}, A_Time{2, 10}, A_Time{1, 10});
+  EXPECT_EQ(span.first, -1);
+  EXPECT_EQ(span.last, 0);
+}
+
+TEST(LayerFrameSpan, NoFrameDurationGivesNoFrames) {
+  const FrameSpan span = LayerFrameSpan(A_Time{0, 1}, A_Time{2, 1}, A_Time{0, 1});
+  EXPECT_LT(span.last, span.first);
+}
+
 }  // namespace
