@@ -1,10 +1,14 @@
 // aehost export: the user opens a composition and clicks the plug-in's
 // command under File > Export; the save dialog is answered with --output.
+// On success the summary of the scene file goes to standard output.
 #include <filesystem>
+#include <iostream>
 #include <optional>
 
 #include "aehost/cli/commands.h"
+#include "aehost/cli/summary.h"
 #include "aehost/core/hooks.h"
+#include "aehost/core/trace.h"
 
 namespace aehost {
 
@@ -38,6 +42,7 @@ int ClickExport(const std::string& compName, const ScriptUser& user) {
     }
     const std::string target = user.save.path;
     const auto before = FileTime(target);
+    Trace("the user clicks File > Export > " + Quoted(command->text) + " (command " + std::to_string(command->id) + ")");
     bool handled = false;
     if (const A_Err err = RunCommand(command->id, &handled)) {
         HostError("the command hook returned error " + std::to_string(err));
@@ -53,8 +58,22 @@ int ClickExport(const std::string& compName, const ScriptUser& user) {
         HostError("the export wrote no scene file to " + target);
         return kExitFailed;
     }
+    std::error_code ec;
+    Trace("scene file written: " + target + " (" + std::to_string(std::filesystem::file_size(target, ec)) + " bytes)");
     return kExitOk;
 }
+
+namespace {
+
+// The summary line of a finished export.
+void PrintExportSummary(const ExportOptions& options, const ScriptUser& user) {
+    if (user.save.cancel)
+        std::cout << "export of " << Quoted(options.comp) << " cancelled in the save dialog: nothing written\n";
+    else
+        std::cout << ExportSummary(options.comp, user.save.path) << '\n';
+}
+
+}  // namespace
 
 CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options) {
     CLI::App* command = app.add_subcommand("export", "export a composition through the plug-in's File > Export command");
@@ -83,6 +102,9 @@ int RunExport(const ExportOptions& options, const char* argv0) {
         HostError("export needs --output, --cancel-save or a save answer in --answers");
         return kExitBadInput;
     }
+    Trace(user.save.cancel ? std::string("the save dialog will be cancelled")
+                           : "the save dialog will be answered with " + user.save.path);
+    if (!options.text.empty()) Trace("the text question will be answered with " + Quoted(options.text));
     if (const int code = ActivateComp(session, options.comp)) return code;
     if (const int code = StartPlugin(options.host, argv0, session)) return CloseHost(options.host, session, code);
     // Every click runs; the run's result is the first failure, as a user would remember it.
@@ -91,7 +113,10 @@ int RunExport(const ExportOptions& options, const char* argv0) {
         const int code = ClickExport(options.comp, user);
         if (result == kExitOk) result = code;
     }
-    return CloseHost(options.host, session, result);
+    // The summary comes last, so that it stands only when the whole run succeeded.
+    result = CloseHost(options.host, session, result);
+    if (result == kExitOk && !options.host.quiet) PrintExportSummary(options, user);
+    return result;
 }
 
 }  // namespace aehost

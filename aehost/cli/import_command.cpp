@@ -1,9 +1,14 @@
 // aehost import: the user imports a file; the flavor registered for its
-// extension verifies and imports it, and the project is saved.
+// extension verifies and imports it, and the project is saved. On success
+// the summary of what the import built goes to standard output.
 #include <filesystem>
+#include <iostream>
 
 #include "aehost/cli/commands.h"
+#include "aehost/cli/summary.h"
 #include "aehost/core/hooks.h"
+#include "aehost/core/progress.h"
+#include "aehost/core/trace.h"
 #include "aehost/model/project_json.h"
 
 namespace aehost {
@@ -15,11 +20,16 @@ int ImportThroughFlavor(const std::string& file) {
         HostError("no plug-in imports files like " + path);
         return kExitFailed;
     }
+    Trace("import flavor " + Quoted(flavor->name) + " verifies " + path);
     if (const A_Err err = VerifyImport(*flavor, path)) {
         HostError("\"" + flavor->name + "\" cannot import " + path + " (error " + std::to_string(err) + ")");
         return kExitFailed;
     }
-    if (const A_Err err = RunImport(*flavor, path)) {
+    Trace("import flavor " + Quoted(flavor->name) + " imports " + path);
+    BeginImportProgress(std::filesystem::path(path).filename().string());
+    const A_Err err = RunImport(*flavor, path);
+    EndImportProgress();
+    if (err) {
         HostError("\"" + flavor->name + "\" failed to import " + path + " (error " + std::to_string(err) + ")");
         return kExitFailed;
     }
@@ -36,6 +46,7 @@ int ImportFile(const ImportOptions& options, HostSession& session) {
         HostError(e.what());
         return kExitFailed;
     }
+    Trace("project saved to " + options.output);
     return kExitOk;
 }
 
@@ -61,7 +72,11 @@ int RunImport(const ImportOptions& options, const char* argv0) {
     if (!options.layer.empty())
         if (const int code = ActivateLayer(session, options.layer)) return code;
     if (const int code = StartPlugin(options.host, argv0, session)) return CloseHost(options.host, session, code);
-    return CloseHost(options.host, session, ImportFile(options, session));
+    const ProjectCounts before = CountProject(session.project);
+    // The summary comes last, so that it stands only when the whole run succeeded.
+    const int code = CloseHost(options.host, session, ImportFile(options, session));
+    if (code == kExitOk && !options.host.quiet) std::cout << ImportSummary(options.file, session.project, before) << '\n';
+    return code;
 }
 
 }  // namespace aehost

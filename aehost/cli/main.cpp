@@ -20,6 +20,11 @@ int main(int argc, char** argv) {
     CLI::App* roundtripCommand = aehost::AddRoundtripCommand(app, roundtripOptions);
     try {
         app.parse(argc, argv);
+    } catch (const CLI::ExcludesError&) {
+        // The only options that exclude each other: say what each is for.
+        aehost::HostError("--verbose and --quiet cannot be used together: --verbose traces every step, --quiet "
+                          "prints nothing but errors");
+        return aehost::kExitBadInput;
     } catch (const CLI::ParseError& e) {
         // A mistyped command is left over as an extra word; name it rather than only
         // saying that a command is missing.

@@ -8,11 +8,28 @@
 #include "aehost/core/exit_report.h"
 #include "aehost/core/hooks.h"
 #include "aehost/core/host.h"
+#include "aehost/core/trace.h"
 #include "aehost/model/project_json.h"
-#include "aehost/script/expression_engine.h"
 #include "aehost/script/expression_engine.h"
 
 namespace aehost {
+
+namespace {
+
+std::string AnswerText(const DialogAnswer& answer) {
+    if (answer.cancel) return "closed with Escape";
+    std::string text;
+    for (const std::string& name : answer.choose) text += (text.empty() ? "chose " : ", ") + Quoted(name);
+    return text + (text.empty() ? "" : ", ") + "pressed " + (answer.press.empty() ? "the default button" : Quoted(answer.press));
+}
+
+// Traces the dialogs that a script answered: the first of those `waiting`
+// before it ran, all but the `left` that remain.
+void TraceDialogsAnswered(const std::deque<DialogAnswer>& waiting, std::size_t left) {
+    for (std::size_t i = 0; i + left < waiting.size(); ++i) Trace("dialog answered: " + AnswerText(waiting[i]));
+}
+
+}  // namespace
 
 void HostError(const std::string& text) { std::cerr << "aehost: " << text << '\n'; }
 
@@ -23,7 +40,12 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
     command.add_option("--plugin", options.plugin, "plug-in library to load instead of the installed one");
     command.add_option("--answers", options.answers, "JSON file with the user's answers to dialogs");
     command.add_option("--transcript", options.transcript, "write every message the plug-in showed to this file");
-    command.add_flag("--quiet", options.quiet, "no progress bar");
+    CLI::Option* quiet =
+        command.add_flag("--quiet", options.quiet, "print no summary line and no progress; errors still go to stderr");
+    command
+        .add_flag("--verbose", options.verbose,
+                  "trace each step on stderr: commands, scripts, dialogs, files, layers walked, items made")
+        ->excludes(quiet);
     command.add_flag("--allow-leaks", options.allowLeaks,
                      "report handles the plug-in left open, but do not fail because of them");
 }
@@ -41,18 +63,24 @@ int OpenProject(const HostOptions& options, const std::string& projectPath, Host
         return kExitBadInput;
     }
     g_host.project = &session.project;
-    InstallExpressionEngine();
     g_host.quiet = options.quiet;
+    g_host.verbose = options.verbose;
     g_host.progressBar = isatty(STDERR_FILENO) != 0;
     g_host.cancelProgressAt = session.answers.cancelProgressAt;
     InstallExpressionEngine();
+    Trace(projectPath.empty() ? "an empty project" : "project " + projectPath + " read");
+    if (!options.answers.empty()) Trace("answers " + options.answers + " read");
     session.script.user = &session.answers.user;
     session.script.project = &session.project;
     session.script.activeItem = [] { return g_host.activeItemId; };
     session.script.report = [](std::string_view line) { ShowMessage(std::string(line)); };
     g_host.runScript = [&session](const std::string& source, std::string* result, std::string* scriptError) {
         session.script.currentTime = g_host.currentTime;
-        return RunScript(session.script, source, result, scriptError);
+        if (!Tracing()) return RunScript(session.script, source, result, scriptError);
+        const std::deque<DialogAnswer> waiting = session.answers.user.dialogs;
+        const bool ok = RunScript(session.script, source, result, scriptError);
+        TraceDialogsAnswered(waiting, session.answers.user.dialogs.size());
+        return ok;
     };
     return kExitOk;
 }
@@ -60,11 +88,13 @@ int OpenProject(const HostOptions& options, const std::string& projectPath, Host
 int StartPlugin(const HostOptions& options, const char* argv0, HostSession& session) {
     g_host.appDir = FindAppDir(options.appDir, argv0);
     const std::string library = options.plugin.empty() ? g_host.appDir + "/" + kPluginSubPath : options.plugin;
+    Trace("loading plug-in " + library);
     std::string error;
     if (!LoadPlugin(library, &session.plugin, &error)) {
         HostError(error);
         return kExitFailed;
     }
+    Trace("entry point of the plug-in ran");
     return kExitOk;
 }
 
@@ -90,6 +120,7 @@ int ActivateComp(HostSession& session, const std::string& compName) {
         return kExitBadInput;
     }
     g_host.activeItemId = comp->id;
+    Trace("composition " + Quoted(compName) + " made active");
     return kExitOk;
 }
 
@@ -101,6 +132,7 @@ int ActivateLayer(HostSession& session, const std::string& layerName) {
         return kExitBadInput;
     }
     g_host.activeLayerId = layer->id;
+    Trace("layer " + Quoted(layerName) + " selected");
     return kExitOk;
 }
 
@@ -117,6 +149,7 @@ bool WriteTranscript(const std::string& path) {
 
 int CloseHost(const HostOptions& options, HostSession& session, int code) {
     // What a death hook returns changes nothing: the host quits either way.
+    Trace("quitting: death hooks run, the plug-in is unloaded");
     RunDeathHooks();
     const std::vector<std::string> problems = ExitProblems();
     for (const std::string& line : problems) HostError("at exit: " + line);

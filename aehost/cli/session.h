@@ -22,7 +22,8 @@ struct HostOptions {
     std::string plugin;      // --plugin: a plug-in library instead of the installed one
     std::string answers;     // --answers
     std::string transcript;  // --transcript
-    bool quiet = false;      // --quiet: no progress bar
+    bool quiet = false;      // --quiet: no summary line and no progress
+    bool verbose = false;    // --verbose: trace each step on standard error
     bool allowLeaks = false; // --allow-leaks: report what the plug-in left behind, but exit 0
 };
 

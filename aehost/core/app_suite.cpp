@@ -3,25 +3,17 @@
 // that is a terminal; the scripted user may press its Cancel button.
 #include <algorithm>
 #include <cstring>
-#include <iostream>
 
 #include "aehost/core/host.h"
+#include "aehost/core/progress.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 
 namespace aehost {
 
 namespace {
-
-constexpr int kBarWidth = 30;
-
-void DrawBar(const ProgressDialog& dialog, int percent) {
-    const int filled = percent * kBarWidth / 100;
-    std::cerr << '\r' << dialog.title << " [" << std::string(static_cast<std::size_t>(filled), '#')
-              << std::string(static_cast<std::size_t>(kBarWidth - filled), ' ') << "] " << percent << '%'
-              << std::flush;
-}
 
 A_Err GetPersonalInfo(PF_AppPersonalTextInfo* ptiP) {
     return GuardCall("PF_GetPersonalInfo", [&]() -> A_Err {
@@ -46,6 +38,7 @@ A_Err CreateNewAppProgressDialog(const A_UTF16Char* titleZ, const A_UTF16Char*, 
         AEHOST_REQUIRE_OUT("PF_CreateNewAppProgressDialog", dialogP);
         ProgressDialog dialog;
         dialog.title = Utf16zToUtf8(titleZ);
+        Trace("progress dialog " + Quoted(dialog.title) + " opened");
         *dialogP = MakeHandle<PF_AppProgressDialogP>(g_host.progress.Add(dialog));
         return A_Err_NONE;
     });
@@ -57,9 +50,12 @@ A_Err AppProgressDialogUpdate(PF_AppProgressDialogP dialogH, A_long countL, A_lo
         if (!dialog) return Refuse("PF_AppProgressDialogUpdate", "not an open progress dialog");
         if (totalL <= 0 || countL < 0) return Refuse("PF_AppProgressDialogUpdate", "bad count or total");
         const int percent = static_cast<int>(100LL * std::min(countL, totalL) / totalL);
-        if (g_host.progressBar && !g_host.quiet && percent != dialog->shownPercent) DrawBar(*dialog, percent);
+        if (ProgressVisible() && percent != dialog->shownPercent) DrawProgressBar(dialog->title, percent);
         dialog->shownPercent = percent;
-        if (g_host.cancelProgressAt >= 0 && percent >= g_host.cancelProgressAt) return PF_Interrupt_CANCEL;
+        if (g_host.cancelProgressAt >= 0 && percent >= g_host.cancelProgressAt) {
+            Trace("the user pressed Cancel in " + Quoted(dialog->title) + " at " + std::to_string(percent) + "%");
+            return PF_Interrupt_CANCEL;
+        }
         return A_Err_NONE;
     });
 }
@@ -68,7 +64,9 @@ A_Err DisposeAppProgressDialog(PF_AppProgressDialogP dialogH) {
     return GuardCall("PF_DisposeAppProgressDialog", [&]() -> A_Err {
         ProgressDialog* dialog = g_host.progress.Find(HandleValue(dialogH));
         if (!dialog) return Refuse("PF_DisposeAppProgressDialog", "not an open progress dialog");
-        if (g_host.progressBar && !g_host.quiet && dialog->shownPercent >= 0) std::cerr << '\n';
+        if (ProgressVisible() && dialog->shownPercent >= 0) EndProgressLine();
+        Trace("progress dialog " + Quoted(dialog->title) + " closed at " + std::to_string(std::max(dialog->shownPercent, 0)) +
+              "%");
         g_host.progress.Remove(HandleValue(dialogH));
         return A_Err_NONE;
     });

@@ -2,14 +2,23 @@
 // compositions and layers in them.
 #include "aehost/core/host_time.h"
 #include "aehost/core/model_handles.h"
+#include "aehost/core/progress.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 #include "aehost/model/edit.h"
 
 namespace aehost {
 
 namespace {
+
+// A layer made by a creation call, told in the trace and counted by an import.
+void NoteLayerMade(const char* kind, const Item& comp, const Layer& layer) {
+    Trace("made " + std::string(kind) + " " + Quoted(ShownLayerName(*g_host.project, layer)) + " in composition " +
+          Quoted(comp.name));
+    CountImportedLayer();
+}
 
 constexpr A_long kMaxCompSize = 30000;
 
@@ -127,6 +136,8 @@ A_Err CreateComp(AEGP_ItemH parent_folderH0, const A_UTF16Char* nameZ, A_long wi
         if (rate > kMaxCompFrameRate)
             return Refuse(call, "frame rate is above 1000 frames a second");
         Item& comp = AddComp(*project, Utf16zToUtf8(nameZ), width, height, aspect, duration, rate, folderId);
+        Trace("made composition " + Quoted(comp.name) + " " + std::to_string(width) + "x" + std::to_string(height) +
+              ", " + ShortNumber(rate) + " fps, " + ShortNumber(duration) + " s");
         *new_compPH = CompHandle(comp);
         return A_Err_NONE;
     });
@@ -155,6 +166,7 @@ A_Err CreateSolidInComp(const A_UTF16Char* nameZ, A_long width, A_long height, c
         const Value color{{colorP->red, colorP->green, colorP->blue, colorP->alpha}};
         Layer& layer = AddSolidLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ), width, height, color);
         if (A_Err err = ApplyDuration(call, layer, durationPT0)) return err;
+        NoteLayerMade("solid", *comp, layer);
         *new_solidPH = LayerHandle(layer);
         return A_Err_NONE;
     });
@@ -168,8 +180,10 @@ A_Err CreateCameraInComp(const A_UTF16Char* nameZ, A_FloatPoint center_point, AE
         Item* comp = nullptr;
         if (A_Err err = ResolveComp("AEGP_CreateCameraInComp", parent_compH, &comp)) return err;
         if (!nameZ) return Refuse("AEGP_CreateCameraInComp", "null name");
-        *new_cameraPH = LayerHandle(
-            AddCameraLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ), center_point.x, center_point.y));
+        const Layer& layer =
+            AddCameraLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ), center_point.x, center_point.y);
+        NoteLayerMade("camera", *comp, layer);
+        *new_cameraPH = LayerHandle(layer);
         return A_Err_NONE;
     });
 }
@@ -182,8 +196,9 @@ A_Err CreateLightInComp(const A_UTF16Char* nameZ, A_FloatPoint center_point, AEG
         Item* comp = nullptr;
         if (A_Err err = ResolveComp("AEGP_CreateLightInComp", parent_compH, &comp)) return err;
         if (!nameZ) return Refuse("AEGP_CreateLightInComp", "null name");
-        *new_lightPH = LayerHandle(
-            AddLightLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ), center_point.x, center_point.y));
+        const Layer& layer = AddLightLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ), center_point.x, center_point.y);
+        NoteLayerMade("light", *comp, layer);
+        *new_lightPH = LayerHandle(layer);
         return A_Err_NONE;
     });
 }
@@ -199,6 +214,7 @@ A_Err CreateNullInComp(const A_UTF16Char* nameZ, AEGP_CompH parent_compH, const 
         if (!nameZ) return Refuse(call, "null name");
         Layer& layer = AddNullLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ));
         if (A_Err err = ApplyDuration(call, layer, durationPT0)) return err;
+        NoteLayerMade("null", *comp, layer);
         *new_null_solidPH = LayerHandle(layer);
         return A_Err_NONE;
     });

@@ -51,6 +51,15 @@ struct ProgressDialog {
     int shownPercent = -1;
 };
 
+// What an import has made so far, shown as a running count while the
+// flavor works; `file` is empty when no import runs.
+struct ImportProgress {
+    std::string file;
+    int layers = 0;
+    long long keyframes = 0;
+    bool shown = false;
+};
+
 struct MenuCommand {
     AEGP_Command id = 0;
     AEGP_PluginID owner = 0;
@@ -109,7 +118,9 @@ struct Host {
     std::string language = "en_US";
     PF_AppPersonalTextInfo personal{};
     bool quiet = false;
+    bool verbose = false;      // trace each step on standard error (trace.h)
     bool progressBar = false;  // draw progress on standard error
+    ImportProgress importing;  // the running count of an import (progress.h)
     int cancelProgressAt = -1;  // the user presses Cancel once progress reaches this percent; -1: never
 
     ScriptRunner runScript;

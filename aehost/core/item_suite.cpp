@@ -5,6 +5,7 @@
 #include "aehost/core/model_handles.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 #include "aehost/model/edit.h"
 
@@ -146,7 +147,9 @@ A_Err CreateNewFolder(const A_UTF16Char* nameZ, AEGP_ItemH parent_folderH0, AEGP
             if (parent->kind != ItemKind::Folder) return Refuse("AEGP_CreateNewFolder", "parent is not a folder");
             folderId = parent->id;
         }
-        *new_folderPH = ItemHandle(AddFolder(*project, Utf16zToUtf8(nameZ), folderId));
+        const Item& folder = AddFolder(*project, Utf16zToUtf8(nameZ), folderId);
+        Trace("made folder " + Quoted(folder.name));
+        *new_folderPH = ItemHandle(folder);
         return A_Err_NONE;
     });
 }

@@ -1,8 +1,10 @@
 // The keyframe suite: keys of layer streams and of marker streams (where a
 // key is a marker), one at a time or in batches.
+#include "aehost/core/progress.h"
 #include "aehost/core/stream_ref.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/model/edit.h"
 #include "aehost/model/evaluate.h"
 
@@ -88,6 +90,9 @@ A_Err InsertKeyframe(AEGP_StreamRefH streamH, AEGP_LTimeMode time_mode, const A_
         double seconds = 0.0;
         if (A_Err err = ReadStreamTime(call, time_mode, timePT, &seconds)) return err;
         *key_indexPL = InsertKey(rs, StreamTime(rs, time_mode, seconds));
+        Trace((rs.IsMarkers() ? "marker inserted at " : "key inserted at ") + ShortNumber(seconds) + " s in " +
+              StreamLabel(rs));
+        if (!rs.IsMarkers()) CountImportedKeyframes(1);
         return A_Err_NONE;
     });
 }
@@ -337,8 +342,11 @@ A_Err EndAddKeyframes(A_Boolean addB, AEGP_AddKeyframesInfoH akH) {
         AddKeyframesBatch* batch = nullptr;
         ResolvedStream rs;
         const A_Err err = ResolveBatch("AEGP_EndAddKeyframes", akH, &batch, &rs);
-        if (batch && !err && addB)
+        if (batch && !err && addB) {
             for (const PendingKey& key : batch->keys) ApplyKey(rs, key);
+            Trace(std::to_string(batch->keys.size()) + " keys added to " + StreamLabel(rs));
+            if (!rs.IsMarkers()) CountImportedKeyframes(static_cast<long long>(batch->keys.size()));
+        }
         if (batch) g_host.keyBatches.Remove(HandleValue(akH));
         return err;
     });

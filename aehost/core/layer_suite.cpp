@@ -3,8 +3,10 @@
 #include "aehost/core/host_time.h"
 #include "aehost/core/memory_suite.h"
 #include "aehost/core/model_handles.h"
+#include "aehost/core/progress.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 #include "aehost/model/edit.h"
 #include "aehost/model/transform.h"
@@ -49,7 +51,11 @@ A_Err GetCompLayerByIndex(AEGP_CompH compH, A_long layer_indexL, AEGP_LayerH* la
         if (A_Err err = ResolveComp("AEGP_GetCompLayerByIndex", compH, &comp)) return err;
         if (layer_indexL < 0 || static_cast<std::size_t>(layer_indexL) >= comp->comp.layers.size())
             return Refuse("AEGP_GetCompLayerByIndex", "layer index " + std::to_string(layer_indexL) + " out of range");
-        *layerPH = LayerHandle(*comp->comp.layers[static_cast<std::size_t>(layer_indexL)]);
+        const Layer& layer = *comp->comp.layers[static_cast<std::size_t>(layer_indexL)];
+        if (Tracing())
+            Trace("layer " + std::to_string(layer_indexL) + " of composition " + Quoted(comp->name) + ": " +
+                  Quoted(ShownLayerName(*g_host.project, layer)));
+        *layerPH = LayerHandle(layer);
         return A_Err_NONE;
     });
 }
@@ -322,6 +328,8 @@ A_Err AddLayer(AEGP_ItemH item_to_addH, AEGP_CompH into_compH, AEGP_LayerH* adde
         ResolveItem("AEGP_AddLayer", item_to_addH, &item);
         ResolveComp("AEGP_AddLayer", into_compH, &comp);
         Layer& layer = aehost::AddLayer(*g_host.project, *comp, *item);
+        Trace("made layer of " + Quoted(item->name) + " in composition " + Quoted(comp->name));
+        CountImportedLayer();
         if (added_layerPH0) *added_layerPH0 = LayerHandle(layer);
         return A_Err_NONE;
     });

@@ -7,11 +7,22 @@
 #include "aehost/core/host.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 
 namespace aehost {
 
 namespace {
+
+// A menu as the trace names it.
+std::string MenuName(AEGP_MenuID menu) {
+    switch (menu) {
+        case AEGP_Menu_FILE: return "File";
+        case AEGP_Menu_EXPORT: return "File > Export";
+        case AEGP_Menu_IMPORT: return "File > Import";
+        default: return "menu " + std::to_string(menu);
+    }
+}
 
 bool KnownPlugin(AEGP_PluginID id) {
     return std::any_of(g_host.plugins.begin(), g_host.plugins.end(),
@@ -77,6 +88,8 @@ A_Err InsertMenuCommand(AEGP_Command command, const A_char* nameZ, AEGP_MenuID m
         entry->inserted = true;
         entry->text = Cp1252ToUtf8(nameZ);
         entry->menu = menu_id;
+        Trace("menu command " + std::to_string(command) + " " + Quoted(entry->text) + " inserted in " +
+              MenuName(menu_id));
         return A_Err_NONE;
     });
 }
@@ -141,6 +154,7 @@ A_Err RegisterImportFlavor(const A_char* nameZ, AE_FIM_ImportFlavorRef* flavorP)
         flavor.ref = static_cast<AE_FIM_ImportFlavorRef>(g_host.flavors.size() + 1);
         flavor.name = Cp1252ToUtf8(nameZ);
         g_host.flavors.push_back(flavor);
+        Trace("import flavor " + Quoted(flavor.name) + " registered");
         *flavorP = flavor.ref;
         return A_Err_NONE;
     });

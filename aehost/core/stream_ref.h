@@ -36,6 +36,11 @@ A_Err ReadStreamTime(const char* call, AEGP_LTimeMode mode, const A_Time* time, 
 
 AEGP_StreamType StreamTypeOf(const ResolvedStream& rs);
 
+// The host's name of a layer stream ("Position"), or null for a number that is no stream.
+const char* ModelStreamName(int id);
+// What a stream is, for the trace: "Position of layer \"Cam\"", "markers of composition \"Main\"".
+std::string StreamLabel(const ResolvedStream& rs);
+
 // The model's value as the suites give it, and back.
 AEGP_StreamVal2 ToStreamVal(StreamKind kind, const Value& value);
 Value FromStreamVal(StreamKind kind, const AEGP_StreamVal2& val);

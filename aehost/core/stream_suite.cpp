@@ -8,6 +8,7 @@
 #include "aehost/core/stream_ref.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 #include "aehost/model/edit.h"
 #include "aehost/model/evaluate.h"
@@ -38,11 +39,6 @@ const StreamName kStreamNames[] = {
     {LayerStream::FalloffDistance, "Falloff Distance"},
 };
 
-const char* ModelStreamName(int id) {
-    for (const StreamName& entry : kStreamNames)
-        if (static_cast<int>(entry.id) == id) return entry.name;
-    return nullptr;
-}
 
 bool Legal(const Layer& layer, AEGP_LayerStream which) {
     if (which == kMarkerStreamId) return true;
@@ -261,6 +257,19 @@ const AEGP_StreamSuite9 g_streamSuite = {
     SetStreamValue,      GetExpressionState, SetExpressionState, GetExpression,   SetExpression};
 
 }  // namespace
+
+const char* ModelStreamName(int id) {
+    for (const StreamName& entry : kStreamNames)
+        if (static_cast<int>(entry.id) == id) return entry.name;
+    return nullptr;
+}
+
+std::string StreamLabel(const ResolvedStream& rs) {
+    if (!rs.layer) return "markers of composition " + Quoted(rs.comp->name);
+    const char* name = rs.IsMarkers() ? "markers" : ModelStreamName(rs.ref->streamId);
+    return std::string(name ? name : "stream " + std::to_string(rs.ref->streamId)) + " of layer " +
+           Quoted(ShownLayerName(*g_host.project, *rs.layer));
+}
 
 const AEGP_StreamSuite9* StreamSuite() { return &g_streamSuite; }
 

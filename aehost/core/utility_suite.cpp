@@ -4,6 +4,7 @@
 #include "aehost/core/memory_suite.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
 
 namespace aehost {
@@ -37,6 +38,7 @@ A_Err ReportInfoUnicode(AEGP_PluginID plugin_id, const A_UTF16Char* info_stringZ
 A_Err StartUndoGroup(const A_char* undo_nameZ) {
     return GuardCall("AEGP_StartUndoGroup", [&]() -> A_Err {
         g_host.undoStack.push_back(undo_nameZ ? Cp1252ToUtf8(undo_nameZ) : std::string());
+        Trace("undo group " + Quoted(g_host.undoStack.back()) + " begun");
         return A_Err_NONE;
     });
 }
@@ -75,7 +77,9 @@ A_Err ExecuteScript(AEGP_PluginID plugin_id, const A_char* scriptZ, A_Boolean pl
         std::string error;
         bool ok = false;
         if (g_host.runScript) {
+            Trace("script run: " + FirstLine(source));
             ok = g_host.runScript(source, &result, &error);
+            if (!ok) Trace("script failed: " + error);
         } else {
             error = "this host runs no scripts";
         }

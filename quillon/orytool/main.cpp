@@ -1,5 +1,7 @@
 // orytool: looks into scene files and makes them.
-//   orytool dump [--json] FILE.ory     the document as an indented tree, or as JSON
+//   orytool dump FILE.ory              a summary line, then the document as an indented tree
+//   orytool dump --summary FILE.ory    the summary line alone (what `aehost export` prints)
+//   orytool dump --json FILE.ory       the JSON scene description that `build` reads back
 //   orytool validate FILE.ory          exit 0, or 2 with the byte offset and the problem
 //   orytool build SCENE.json --output FILE.ory
 // Exit codes: 0 success, 1 a file could not be written, 2 bad input or usage.
@@ -13,6 +15,7 @@
 #include "quillon/format/ory_format.h"
 #include "quillon/orytool/scene_dump.h"
 #include "quillon/orytool/scene_json.h"
+#include "quillon/orytool/scene_summary.h"
 
 namespace {
 
@@ -56,11 +59,22 @@ bool ParseJsonFile(const std::string& path, Json::Value& root, std::string* erro
   return false;
 }
 
-int Dump(const std::string& path, bool asJson) {
+enum class DumpForm { Tree, Summary, Json };
+
+std::string DumpOf(const Document& document, DumpForm form) {
+  switch (form) {
+    case DumpForm::Summary: return quillon::orytool::SummaryLine(quillon::orytool::Summarize(document)) + "\n";
+    case DumpForm::Json: return JsonText(quillon::orytool::DocumentToJson(document));
+    case DumpForm::Tree: break;
+  }
+  return quillon::orytool::DumpText(document);
+}
+
+int Dump(const std::string& path, DumpForm form) {
   Document document;
   std::string error;
   if (!quillon::format::ReadDocument(path, document, &error)) return Complain(error, kExitBadInput);
-  std::cout << (asJson ? JsonText(quillon::orytool::DocumentToJson(document)) : quillon::orytool::DumpText(document));
+  std::cout << DumpOf(document, form);
   return 0;
 }
 
@@ -89,9 +103,14 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   std::string file, scene, output;
   bool asJson = false;
+  bool summaryOnly = false;
 
-  CLI::App* dump = app.add_subcommand("dump", "Print a scene file as an indented tree, or as JSON with --json.");
-  dump->add_flag("--json", asJson, "Print the JSON scene description that `build` reads back.");
+  CLI::App* dump = app.add_subcommand(
+      "dump", "Print a scene file: a summary line and the indented tree; the line alone with --summary; JSON with --json.");
+  CLI::Option* json = dump->add_flag("--json", asJson, "Print the JSON scene description that `build` reads back.");
+  dump->add_flag("--summary", summaryOnly, "Print only the summary line: objects, cameras, lights, tracks, keys, "
+                                           "markers and the frame range.")
+      ->excludes(json);
   dump->add_option("FILE", file, "The scene file.")->required();
   CLI::App* validate = app.add_subcommand("validate", "Check a scene file: exit 0, or 2 with the offset and the problem.");
   validate->add_option("FILE", file, "The scene file.")->required();
@@ -112,7 +131,7 @@ int main(int argc, char** argv) {
     app.exit(e);
     return kExitBadInput;
   }
-  if (dump->parsed()) return Dump(file, asJson);
+  if (dump->parsed()) return Dump(file, asJson ? DumpForm::Json : summaryOnly ? DumpForm::Summary : DumpForm::Tree);
   if (validate->parsed()) return Validate(file);
   return Build(scene, output);
 }

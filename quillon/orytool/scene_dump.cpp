@@ -156,10 +156,7 @@ void TextDump::Tree(const Node& node, int depth, const char* label) {
 }
 
 std::string TextDump::Run() {
-  const SceneSummary s = Summarize(document_);
-  out_ << s.objects << " objects, " << s.cameras << " cameras, " << s.lights << " lights, " << s.tracks << " tracks, "
-       << s.keys << " keys, " << s.markers << " markers, frames " << s.firstFrame << ".." << s.lastFrame << " at "
-       << s.fps << " fps\n";
+  out_ << SummaryLine(Summarize(document_)) << '\n';
   Line(0, "document" + (document_.name.empty() ? std::string() : " " + Quoted(document_.name)) + ", current time " +
               TimeText(document_.currentTime));
   NodeBody(document_, 1);

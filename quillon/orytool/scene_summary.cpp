@@ -22,6 +22,10 @@ BaseTime TimeParam(const Document& document, std::int32_t id) {
   return time ? *time : BaseTime();
 }
 
+std::string Count(long long count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
 }  // namespace
 
 SceneSummary Summarize(const Document& document) {
@@ -39,6 +43,13 @@ SceneSummary Summarize(const Document& document) {
   summary.firstFrame = FrameOf(TimeParam(document, DocParam_MinTime), summary.fps);
   summary.lastFrame = FrameOf(TimeParam(document, DocParam_MaxTime), summary.fps);
   return summary;
+}
+
+std::string SummaryLine(const SceneSummary& s) {
+  return Count(s.objects, "object", "objects") + ", " + Count(s.cameras, "camera", "cameras") + ", " +
+         Count(s.lights, "light", "lights") + ", " + Count(s.tracks, "track", "tracks") + ", " +
+         Count(s.keys, "key", "keys") + ", " + Count(s.markers, "marker", "markers") + ", frames " +
+         std::to_string(s.firstFrame) + ".." + std::to_string(s.lastFrame) + " at " + std::to_string(s.fps) + " fps";
 }
 
 }  // namespace quillon::orytool

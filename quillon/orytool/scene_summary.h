@@ -1,6 +1,8 @@
 #pragma once
 // The counts that head a dump: objects, cameras, lights, tracks, keys, markers and the
-// document's frame range.
+// document's frame range. `aehost export` prints the same line for the scene it wrote.
+#include <string>
+
 #include "quillon/model/document.h"
 
 namespace quillon::orytool {
@@ -18,5 +20,9 @@ struct SceneSummary {
 };
 
 SceneSummary Summarize(const Document& document);
+
+// The counts as one line: "7 objects, 1 camera, 0 lights, 12 tracks, 300 keys, 2 markers,
+// frames 0..49 at 25 fps".
+std::string SummaryLine(const SceneSummary& summary);
 
 }  // namespace quillon::orytool

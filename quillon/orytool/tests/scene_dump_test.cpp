@@ -37,7 +37,7 @@ TEST(SceneDump, SmallSceneReadsAsExpected) {
 
   // 2.5 seconds at 24 fps is frame 60; BaseTime(12, 24) reduces to 1/2.
   EXPECT_EQ(DumpText(doc),
-            "2 objects, 0 cameras, 1 lights, 1 tracks, 2 keys, 1 markers, frames 0..60 at 24 fps\n"
+            "2 objects, 0 cameras, 1 light, 1 track, 2 keys, 1 marker, frames 0..60 at 24 fps\n"
             "document, current time 0/1\n"
             "  1001 DocParam_Fps = int32 24\n"
             "  1002 DocParam_MinTime = time 0/1\n"
