@@ -6,6 +6,7 @@
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/layer_matrix.h"
 #include "plugin/exporter/track_ops.h"
+#include "plugin/exporter/transform_channels.h"
 
 namespace {
 
@@ -152,7 +153,7 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
     const double r = TimeRatio(hostTime);
     if (r > high || r < low) continue;
     A_Matrix4 m{};
-    if (!err) err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &hostTime, &m);
+    if (!err) err = LayerMatrixAt(exporter, layer, hostTime, &m);
     Vector p, rot, s;
     DecomposeLayerMatrix(width, height, isPlaneOrNull && anchor, hasScale && scale, &p, &rot, &s, continueRotation,
                          &previousRotation, m);

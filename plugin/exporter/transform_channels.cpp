@@ -81,19 +81,6 @@ bool FollowsTarget(AEGP_LayerFlags flags, int32_t type, int32_t lightKind) {
   return false;
 }
 
-// The layer matrix at `time`; inside a precomposition the matrix of the layer through which it
-// was entered is added element by element (a sum, not a product).
-A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m) {
-  A_Err err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &time, m);
-  if (err || !exporter.TopLayer()) return err;
-  A_Matrix4 p{};
-  err = LayerSuite13()->AEGP_GetLayerToWorldXform(exporter.TopLayer(), &time, &p);
-  for (int r = 0; r < 4; ++r) {
-    for (int c = 0; c < 4; ++c) m->mat[r][c] += p.mat[r][c] - (r == c ? 1.0 : 0.0);
-  }
-  return err;
-}
-
 double RowLengthsMagnitude(const A_Matrix4& m) {
   double sum = 0.0;
   for (int r = 0; r < 3; ++r) {
@@ -248,6 +235,17 @@ void SetTargetPriority(ParamContainer* container) {
 }
 
 }  // namespace
+
+A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m) {
+  A_Err err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &time, m);
+  if (err || !exporter.TopLayer()) return err;
+  A_Matrix4 p{};
+  err = LayerSuite13()->AEGP_GetLayerToWorldXform(exporter.TopLayer(), &time, &p);
+  for (int r = 0; r < 4; ++r) {
+    for (int c = 0; c < 4; ++c) m->mat[r][c] += p.mat[r][c] - (r == c ? 1.0 : 0.0);
+  }
+  return err;
+}
 
 A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer, const int32_t* width,
                         const int32_t* height) {

@@ -13,6 +13,13 @@
 A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer, const int32_t* width,
                         const int32_t* height);
 
+// The layer's matrix at `time` as the scene takes it. Inside a precomposition the matrix of the
+// layer through which it was entered is added element by element (a sum, not a product, so it
+// is exact for a precomposition layer that moves without turning or scaling). The static
+// transform and every baked key use this same matrix, so that the keys of a layer in a moved
+// precomposition keep the move.
+A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m);
+
 // A null object right behind `object`, and a target tag on `object` that links to it.
 BaseObject* CreateTarget(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer);
 

@@ -92,9 +92,9 @@ void CollectLayers(Example& example, const Json::Value& comp, const std::optiona
   }
 }
 
-Example LoadExample(const std::string& file, const std::string& comp) {
+Example LoadProject(const std::string& path, const std::string& comp) {
   Example example;
-  example.path = std::string(QAE_EXAMPLES_DIR) + "/" + file;
+  example.path = path;
   example.comp = comp;
   example.project = ParseJson(qae_test::ReadFile(example.path));
   const Json::Value* top = CompByName(example.project, comp);
@@ -106,6 +106,10 @@ Example LoadExample(const std::string& file, const std::string& comp) {
   example.duration = (*top)["duration"].asDouble();
   CollectLayers(example, *top, std::nullopt);
   return example;
+}
+
+Example LoadExample(const std::string& file, const std::string& comp) {
+  return LoadProject(std::string(QAE_EXAMPLES_DIR) + "/" + file, comp);
 }
 
 // ---------------------------------------------------------------- the scene side
@@ -344,6 +348,24 @@ TEST_F(ExportedScene, KeyCasesFollowAfterEffectsFrameByFrame) {
 TEST_F(ExportedScene, NestedPrecompositionsFollowAfterEffectsFrameByFrame) {
   // Each precomposition layer stands at depth 0 in its composition and pushes what follows.
   CompareAllFrames(LoadExample("nested.json", "Outer"), {{"Middle Layer", 0.5}, {"Beside", 0.5}, {"Inner Layer", 0.5}});
+}
+
+TEST_F(ExportedScene, KeysInAMovedPrecompositionKeepItsMove) {
+  // The nested example with its innermost precomposition layer moved by (100, 0, 50): the
+  // animated Flat Card and Spinner inside must stand 100 pixels further right and 50 deeper at
+  // every frame, as the static objects do. Inner Layer no longer lies at depth 0, so only
+  // Middle Layer pushes what follows in Outer back by half a pixel.
+  Json::Value project = ParseJson(qae_test::ReadFile(std::string(QAE_EXAMPLES_DIR) + "/nested.json"));
+  for (Json::Value& comp : project["comps"])
+    for (Json::Value& layer : comp["layers"])
+      if (layer["name"].asString() == "Inner Layer") {
+        Json::Value position(Json::arrayValue);
+        for (double v : {740.0, 360.0, 50.0}) position.append(v);
+        layer["transform"]["position"]["value"] = position;
+      }
+  const std::string path = workDir_ + "/moved.json";
+  qae_test::WriteFile(path, Json::writeString(Json::StreamWriterBuilder(), project));
+  CompareAllFrames(LoadProject(path, "Outer"), {{"Middle Layer", 0.5}, {"Beside", 0.5}});
 }
 
 TEST_F(ExportedScene, FractionalFrameRateFollowsAfterEffectsFrameByFrame) {
