@@ -149,7 +149,7 @@ void FindPointOfInterest(BaseObject* effective, int32_t type, ObjectConversion* 
   }
   if (!IsLight(type)) return;
   c->hasPointOfInterest = true;
-  c->pointOfInterest = DerivePointOfInterest(c->rawRotation, c->rawPosition);
+  c->pointOfInterest = AheadOf(c->scenePosition, c->sceneRotation, c->rotationOrder);
   c->derivesPointOfInterest = type == ObjectType_Light ? ContainerInt32(effective, LightParam_Type, 0) != 0
                                                        : ContainerInt32(effective, KvLightParam_Type, 0) != 1;
 }
@@ -265,6 +265,12 @@ Vector TargetPoint(const ObjectConversion& c, const Vector& position, const Base
   return {point.x, -point.y, point.z};
 }
 
+Vector AheadOf(const Vector& position, const Vector& rotation, int32_t rotationOrder) {
+  const Vector headingPitchBank =
+      MatrixToRotation(RotationToMatrix(rotation, rotationOrder), kRotationOrderHpb, false);
+  return DerivePointOfInterest(headingPitchBank, position);
+}
+
 Vector DerivePointOfInterest(const Vector& rotation, const Vector& position) {
   return {-std::sin(rotation.x) * std::cos(rotation.y) * 1000.0 + position.x,
           -(std::sin(rotation.y) * 1000.0 + position.y),
@@ -300,6 +306,7 @@ AEGP_LayerH ConvertBaseObject(BaseObject* object, ObjectConversion* c) {
   if (!c->ancestors.empty())
     FlattenTransform(&c->position, &c->rotation, &c->scale, BaseTime(0, c->frameRate), document, c->ancestors,
                      c->rotationOrder);
+  c->scenePosition = c->position;
   c->sceneRotation = c->rotation;
   Vector lastRotation;
   ToHostTransform(&c->position, &c->rotation, false, &lastRotation, c->rotationOrder);

@@ -34,7 +34,7 @@ struct ObjectConversion {
   int32_t rotationOrder = 0;
   Vector rawPosition, rawRotation, rawScale;  // the object's own values
   Vector position, rotation, scale;           // flattened, in host terms after ToHostTransform
-  Vector sceneRotation;                       // flattened, in scene terms, at frame 0
+  Vector scenePosition, sceneRotation;        // flattened, in scene terms, at frame 0
   Vector pointOfInterest;
   double frameRate = 30.0;
   int32_t frames = 0;
@@ -72,5 +72,9 @@ Vector TargetPoint(const ObjectConversion& conversion, const Vector& position, c
 // `lastRoll` (radians) carries the roll from frame to frame, which keepContinuity keeps within
 // half a turn of it; without it the roll lies between -180 and 180 degrees.
 double HostRoll(const Vector& rotation, int32_t rotationOrder, bool keepContinuity, double* lastRoll);
-// A point 1000 units ahead of an object, in host terms, from its scene rotation and position.
+// A point 1000 units ahead of an object, in host terms, from its scene rotation (heading,
+// pitch and bank) and position.
 Vector DerivePointOfInterest(const Vector& rotation, const Vector& position);
+// The same from an object's flattened position and rotation in any order: the point that a
+// light without a target looks at, also when its parents turn it.
+Vector AheadOf(const Vector& position, const Vector& rotation, int32_t rotationOrder);

@@ -110,9 +110,10 @@ bool AddTransformKeys(ObjectConversion* c) {
   VectorTracks scale;
   if (c->isPlainObject) scale = FindAnimatedTracks(object, c->sceneLayer, ObjectParam_Scale);
 
-  const bool animatesPoi = target.Any() || AnyAnimatedAncestor(c->targetAncestors) ||
-                           (c->derivesPointOfInterest && (position.tracks[0] || rotation.tracks[1] || rotation.tracks[2]));
   const bool animatedAncestor = AnyAnimatedAncestor(c->ancestors);
+  // A derived point moves with anything that moves or turns the light, its parents included.
+  const bool animatesPoi = target.Any() || AnyAnimatedAncestor(c->targetAncestors) ||
+                           (c->derivesPointOfInterest && (position.Any() || rotation.Any() || animatedAncestor));
   if (!position.Any() && !rotation.Any() && !animatesPoi && !animatedAncestor && !(c->isPlainObject && scale.Any()))
     return true;
 
@@ -146,16 +147,14 @@ bool AddTransformKeys(ObjectConversion* c) {
     rotationSample.value = c->rawRotation;
     scaleSample.value = c->rawScale;
     const bool positionMoves = SampleVector(kPositionKind, hasNext, position, &positionSample, t, tNext, c->ancestors);
-    const Vector rawPosition = positionSample.value;
     bool scaleMoves = false;
     if (c->isPlainObject) scaleMoves = SampleVector(kScaleKind, hasNext, scale, &scaleSample, t, tNext, c->ancestors);
     const bool rotationMoves = SampleVector(kRotationKind, hasNext, rotation, &rotationSample, t, tNext, c->ancestors);
-    const Vector rawRotation = rotationSample.value;
     Vector p = positionSample.value;
     Vector r = rotationSample.value;
     Vector s = scaleSample.value;
     if (!c->ancestors.empty()) FlattenTransform(&p, &r, &s, t, document, c->ancestors, c->rotationOrder);
-    const Vector sceneRotation = r;
+    const Vector scenePosition = p, sceneRotation = r;
     ToHostTransform(&p, &r, i != 0, &lastRotation, c->rotationOrder);
     if (poiOnly) r.z = HostRoll(sceneRotation, c->rotationOrder, i != 0, &lastRoll);
 
@@ -174,7 +173,7 @@ bool AddTransformKeys(ObjectConversion* c) {
         ReadAt(target, t, &own);
         poi = TargetPoint(*c, own, t);
       } else {
-        poi = DerivePointOfInterest(rawRotation, rawPosition);
+        poi = AheadOf(scenePosition, sceneRotation, c->rotationOrder);
       }
       if (i == 0 || !(poi == lastPoi)) ok = c->anchorStream.AddKey(hostTime, ThreeD(poi.x, poi.y, poi.z));
       lastPoi = poi;

@@ -143,27 +143,34 @@ TEST_F(Roundtrip, LightsAimedOffTheirAxisComeBackWithoutRoll) {
   // X, Y, Z angles is 35.5 degrees, which, added as Z rotation, would roll it by as much.
   // "Turned" does not follow its point of interest: its orientation (30, 40, 0) gives a bank of
   // its own, which the import must bring back as the Z rotation of a light aimed at the point
-  // 1000 pixels ahead of it.
+  // 1000 pixels ahead of it. "Lift" rises with the same orientation: the point ahead of it must
+  // rise along, although only its y moves.
   const std::string layers = R"(
   {"id": 1, "name": "Aimed", "type": "light", "light": {"type": "spot"},
    "transform": {"pointOfInterest": [960, 540, 0], "position": [0, -1000, -1000]}},
   {"id": 2, "name": "Turned", "type": "light", "autoOrient": "off", "light": {"type": "parallel"},
-   "transform": {"position": [300, 200, -500], "orientation": [30, 40, 0]}})";
-  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Aimed", "Turned"}, "50");
+   "transform": {"position": [300, 200, -500], "orientation": [30, 40, 0]}},
+  {"id": 3, "name": "Lift", "type": "light", "autoOrient": "off", "light": {"type": "spot"},
+   "transform": {"orientation": [30, 40, 0],
+     "position": {"keys": [{"time": 0, "value": [300, 900, -500]}, {"time": 2, "value": [300, 100, -500]}]}}})";
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Aimed", "Turned", "Lift"}, "50");
 }
 
-TEST_F(Roundtrip, CamerasUnderATurningParentTurnWithIt) {
+TEST_F(Roundtrip, CamerasAndLightsUnderATurningParentTurnWithIt) {
   // Both parents turn half a turn about Y in 2 s. The cameras keep their point of interest at
   // their parent's origin, so their targets go under the parents in the scene and the import
   // must follow the parents' turn into the point of interest. Under the null the target stands
   // at the null's corner, where its object is; under the solid at the picture's centre, where
-  // the plane is. The parents stand at depth 100, so no half-pixel stacking nudge applies to
-  // them (one would turn with the parent and come back as much as a pixel off).
+  // the plane is. The light has no target: the point ahead of it must turn with the parent.
+  // The parents stand at depth 100, so no half-pixel stacking nudge applies to them (one would
+  // turn with the parent and come back as much as a pixel off).
   const std::string layers = R"(
   {"id": 1, "name": "NullCam", "type": "camera", "parent": 3, "camera": {"zoom": 1000},
    "transform": {"pointOfInterest": [0, 0, 0], "position": [0, 0, -1000]}},
   {"id": 2, "name": "CardCam", "type": "camera", "parent": 4, "camera": {"zoom": 1000},
    "transform": {"pointOfInterest": [100, 50, 0], "position": [100, 50, -800]}},
+  {"id": 5, "name": "Lamp", "type": "light", "parent": 3, "autoOrient": "off", "light": {"type": "spot"},
+   "transform": {"position": [0, 0, -500], "orientation": [0, 30, 0]}},
   {"id": 3, "name": "Pivot", "source": 2, "null": true, "threeD": true,
    "transform": {"anchorPoint": [50, 50, 0], "position": [960, 540, 100],
      "rotationY": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": 180}]}}},
@@ -171,7 +178,7 @@ TEST_F(Roundtrip, CamerasUnderATurningParentTurnWithIt) {
    "transform": {"position": [500, 300, 100],
      "rotationY": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": -180}]}}})";
   const auto result = Run({Write(Comp(layers)), "--comp", "Main"});
-  ExpectBack(result, {"NullCam", "CardCam"}, "50");
+  ExpectBack(result, {"NullCam", "CardCam", "Lamp"}, "50");
 }
 
 TEST_F(Roundtrip, ALayerStartingBetweenFramesKeepsItsFirstAndLastFrames) {

@@ -1,6 +1,7 @@
-// The Z rotation of a camera or light that the host aims at its point of interest: the host
-// finds heading and pitch itself, so only the roll about the line of sight, the scene's bank,
-// is left for the Z rotation. Values worked out by hand from the rotation orders: order 6 is
+// Cameras and lights that the host aims at a point of interest. The host finds heading and
+// pitch itself, so only the roll about the line of sight, the scene's bank, is left for the Z
+// rotation; and a light without a target looks at a point 1000 units ahead of it, from its
+// flattened place and turn. Values worked out by hand from the rotation orders: order 6 is
 // heading, pitch, bank with the bank turning last about the object's own z axis, and order 2
 // turns by z first, so that a pure z turn is a pure bank as well.
 #include <gtest/gtest.h>
@@ -44,6 +45,25 @@ TEST(HostRoll, StaysNearTheLastFrameOrElseWithinHalfATurn) {
   EXPECT_NEAR(HostRoll({0.0, 0.0, 2 * kPi - 3.0}, kRotationOrderHpb, true, &last), (2 * kPi - 3.0) * kDegrees, 1e-9);
   // Without continuity the same bank reads as the short way round.
   EXPECT_NEAR(HostRoll({0.0, 0.0, 2 * kPi - 3.0}, kRotationOrderHpb, false, &last), -3.0 * kDegrees, 1e-9);
+}
+
+TEST(AheadOf, APointAlongTheLineOfSightInAnyOrder) {
+  // Order x, y, z, a quarter turn about y: the z axis turns onto -x, so the point lies 1000
+  // units along -x from (1, 2, 3), at scene (-999, 2, 3), host (-999, -2, 3).
+  Vector point = AheadOf({1, 2, 3}, {0, kPi / 2, 0}, kRotationOrderXyz);
+  EXPECT_NEAR(point.x, -999.0, 1e-9);
+  EXPECT_NEAR(point.y, -2.0, 1e-9);
+  EXPECT_NEAR(point.z, 3.0, 1e-9);
+  // The same turn as heading pi/2 with a bank of 0.7: the bank does not move the point.
+  point = AheadOf({1, 2, 3}, {kPi / 2, 0, 0.7}, kRotationOrderHpb);
+  EXPECT_NEAR(point.x, -999.0, 1e-9);
+  EXPECT_NEAR(point.y, -2.0, 1e-9);
+  // Order x, y, z, 30 degrees about x: the z axis turns to (0, sin 30, cos 30), so the point is
+  // scene (1, 502, 869.0254), host (1, -502, 869.0254).
+  point = AheadOf({1, 2, 3}, {kPi / 6, 0, 0}, kRotationOrderXyz);
+  EXPECT_NEAR(point.x, 1.0, 1e-9);
+  EXPECT_NEAR(point.y, -502.0, 1e-9);
+  EXPECT_NEAR(point.z, 3.0 + 1000.0 * std::cos(kPi / 6), 1e-9);
 }
 
 }  // namespace
