@@ -107,6 +107,16 @@ ComponentParamId::ComponentParamId(int32_t parameter, int32_t component)
 
 AnimCurve* CurveOf(AnimTrack* track) { return track ? t_ORYOS_CA->GetCurve(track, 1, true) : nullptr; }
 
+void ShiftTrackKeys(SceneNode* object, const ParamId& id, double by) {
+  AnimCurve* curve = CurveOf(t_ORYOS_Bl->FindTrack(object, &id));
+  if (!curve) return;
+  const int32_t count = t_ORYOS_CA->GetKeyCount(curve);
+  for (int32_t i = 0; i < count; ++i) {
+    AnimKey* key = t_ORYOS_CA->GetKey(curve, i);
+    t_ORYOS_CA->SetKeyValue(key, curve, t_ORYOS_CA->GetKeyValue(key) + by);
+  }
+}
+
 AnimTrack* GetOrCreateTrack(SceneNode* object, const ParamId& id, const char* name) {
   if (AnimTrack* found = t_ORYOS_Bl->FindTrack(object, &id)) return found;
   AnimTrack* track = t_ORYOS_CA->AllocTrack(object, &id);

@@ -24,6 +24,9 @@ void SetColorKeys(const double values[4], const BaseTime& time, AnimCurve* r, An
 // is no animation; the object then shows its static value.
 void SimplifyTrack(AnimTrack* track);
 
+// Adds `by` to every key of the track of `id` on `object`, if that track exists.
+void ShiftTrackKeys(SceneNode* object, const ParamId& id, double by);
+
 // Keys and the object's matrix were made in world terms; under `parent` they must be local.
 // The parent's static matrix is used, the document is not evaluated at each frame.
 bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstFrame, int32_t frameCount,

@@ -165,18 +165,20 @@ AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
 }
 
 // The target stands at the point of interest, in scene terms, corrected to the reference
-// picture's centre; its keys, if any, follow the plain point.
+// picture's centre; its keys, if any, follow the point with the same correction, or an
+// animated point under a solid parent would jump by half the solid's size from its static place.
 A_Err PlaceTarget(AEToOry& exporter, BaseObject* target, AEGP_LayerH layer, const LayerStream& anchor) {
   StreamValue value;
   A_Err err = value.Read(anchor.get(), exporter.compStart);
   if (err) return err;
   Vector p = HostToSceneVector(value.value().three_d.x, value.value().three_d.y, value.value().three_d.z);
+  Vector centre;
   if (AEGP_ItemH source = ReferenceSource(exporter, layer)) {
     A_long w = 0, h = 0;
     ItemSuite13()->AEGP_GetItemDimensions(source, &w, &h);
-    p.x -= w * 0.5;
-    p.y += h * 0.5;
+    centre = Vector{w * 0.5, -h * 0.5, 0.0};
   }
+  p = p - centre;
   t_ORYOS_Bo->SetPosition(target, &p);
   if (CountLayerStreamKeys(layer, AEGP_LayerStream_ANCHORPOINT) <= 0) return A_Err_NONE;
   AnimTrack* tracks[3];
@@ -186,8 +188,13 @@ A_Err PlaceTarget(AEToOry& exporter, BaseObject* target, AEGP_LayerH layer, cons
     const ComponentParamId id(ObjectParam_Position, components[i]);
     tracks[i] = GetOrCreateTrack(target, id.id, names[i]);
   }
-  return SampleStreamToTracks(exporter, layer, AEGP_LayerStream_ANCHORPOINT, tracks[0], tracks[1], tracks[2],
-                              SampleMode::targetPosition, 1.0, AEGP_LayerStream_NONE);
+  err = SampleStreamToTracks(exporter, layer, AEGP_LayerStream_ANCHORPOINT, tracks[0], tracks[1], tracks[2],
+                             SampleMode::targetPosition, 1.0, AEGP_LayerStream_NONE);
+  // Pruning may have removed a track that did not move, so the tracks are looked up again.
+  const ComponentParamId x(ObjectParam_Position, VectorComponent_X), y(ObjectParam_Position, VectorComponent_Y);
+  ShiftTrackKeys(target, x.id, -centre.x);
+  ShiftTrackKeys(target, y.id, -centre.y);
+  return err;
 }
 
 void MakeTransformTracks(BaseObject* object, bool hasRotation, bool hasScale, TransformTracks* tracks) {
