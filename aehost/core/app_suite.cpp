@@ -64,7 +64,7 @@ A_Err DisposeAppProgressDialog(PF_AppProgressDialogP dialogH) {
     return GuardCall("PF_DisposeAppProgressDialog", [&]() -> A_Err {
         ProgressDialog* dialog = g_host.progress.Find(HandleValue(dialogH));
         if (!dialog) return Refuse("PF_DisposeAppProgressDialog", "not an open progress dialog");
-        if (ProgressVisible() && dialog->shownPercent >= 0) EndProgressLine();
+        EndProgressLine();
         Trace("progress dialog " + Quoted(dialog->title) + " closed at " + std::to_string(std::max(dialog->shownPercent, 0)) +
               "%");
         g_host.progress.Remove(HandleValue(dialogH));

@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+#include "aehost/core/progress.h"
+
 namespace aehost {
 
 Host g_host;
@@ -16,11 +18,13 @@ void ResetHost() { g_host = Host{}; }
 
 void ShowMessage(const std::string& text) {
     g_host.transcript.push_back(text);
+    EndProgressLine();
     std::cerr << text << '\n';
 }
 
 A_Err Refuse(const char* call, const std::string& why, A_Err err) {
     std::string line = std::string(call) + ": " + why;
+    EndProgressLine();
     std::cerr << "aehost: " << line << '\n';
     g_host.misuse.push_back(std::move(line));
     return err;

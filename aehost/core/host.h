@@ -57,7 +57,6 @@ struct ImportProgress {
     std::string file;
     int layers = 0;
     long long keyframes = 0;
-    bool shown = false;
 };
 
 struct MenuCommand {

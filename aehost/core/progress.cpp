@@ -10,11 +10,13 @@ namespace {
 
 constexpr int kBarWidth = 30;
 
+bool g_lineOpen = false;  // a line of progress is drawn and not yet ended
+
 void DrawImportCount() {
     const ImportProgress& p = g_host.importing;
     std::cerr << "\rImporting " << p.file << ": " << p.layers << (p.layers == 1 ? " layer, " : " layers, ")
               << p.keyframes << (p.keyframes == 1 ? " keyframe" : " keyframes") << std::flush;
-    g_host.importing.shown = true;
+    g_lineOpen = true;
 }
 
 bool Importing() { return !g_host.importing.file.empty(); }
@@ -28,9 +30,13 @@ void DrawProgressBar(const std::string& title, int percent) {
     std::cerr << '\r' << title << " [" << std::string(static_cast<std::size_t>(filled), '#')
               << std::string(static_cast<std::size_t>(kBarWidth - filled), ' ') << "] " << percent << '%'
               << std::flush;
+    g_lineOpen = true;
 }
 
-void EndProgressLine() { std::cerr << '\n'; }
+void EndProgressLine() {
+    if (g_lineOpen) std::cerr << '\n';
+    g_lineOpen = false;
+}
 
 void BeginImportProgress(const std::string& file) {
     g_host.importing = ImportProgress{};
@@ -51,7 +57,7 @@ void CountImportedKeyframes(long long count) {
 }
 
 void EndImportProgress() {
-    if (g_host.importing.shown) EndProgressLine();
+    EndProgressLine();
     g_host.importing = ImportProgress{};
 }
 

@@ -14,7 +14,8 @@ bool ProgressVisible();
 
 // "TITLE [#####     ] 50%" over the current line.
 void DrawProgressBar(const std::string& title, int percent);
-// Ends a line of progress, so that what follows starts on a line of its own.
+// Ends the line of progress if one is drawn, so that what follows (the end of
+// the work, or a message in the middle of it) starts on a line of its own.
 void EndProgressLine();
 
 // The count of an import of `file`: started before the flavor runs, bumped by
