@@ -217,6 +217,17 @@ TEST_F(Cli, VerboseTracesTheStepsOnStandardError) {
                              "trace: layer 1 of composition \"Shot\": \"Flat\"\n", "trace: script run: ",
                              "trace: scene file written: " + In("shot.ory") + " (", "trace: quitting"});
 
+  // The text question is a dialog a script shows; the trace tells how it was answered.
+  std::string withText = kProject;
+  const std::string flat = R"({"id": 12, "name": "Flat", "source": 2})";
+  withText.replace(withText.find(flat), flat.size(), flat + R"(, {"id": 13, "name": "Words", "type": "text", "threeD": true})");
+  qae_test::WriteFile(In("text.json"), withText);
+  const CommandResult text =
+      Aehost({"export", In("text.json"), "--comp", "Shot", "--output", In("text.ory"), "--text", "planes", "--verbose"});
+  ASSERT_EQ(text.exitCode, 0) << text.err;
+  ExpectSteps(text.err, {"trace: the text question will be answered with \"planes\"\n",
+                         "trace: dialog answered: chose \"planes\", pressed the default button\n"});
+
   const CommandResult imported = Aehost(ImportArgs(), {"--verbose"});
   ASSERT_EQ(imported.exitCode, 0) << imported.err;
   ExpectSteps(imported.err, {"trace: an empty project\n",
