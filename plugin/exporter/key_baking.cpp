@@ -28,22 +28,9 @@ double LayerCompRate(AEGP_LayerH layer, double fallback, A_Err* err) {
   return rate;
 }
 
-// Where frame `i` of the current composition lies in After Effects, in seconds. Spans are
-// bounded in these seconds, never in document seconds: at 29.97 frames per second frame 30 is
-// 1 s in the document but 1.001 s in After Effects, so a key on frame 30 would otherwise start
-// its span one frame late.
-double HostSeconds(const AEToOry& exporter, int32_t i) {
-  return TimeRatio(A_Time{i * exporter.frameDuration.value, exporter.frameDuration.scale});
-}
-
 // Frames `from` to `to`, both included, of the current composition.
-void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times, double* low, double* high) {
-  for (int32_t i = from; i <= to; ++i) {
-    InsertFrame(times, i, exporter.fps, exporter.frameDuration);
-    const double r = HostSeconds(exporter, i);
-    *low = std::min(*low, r);
-    *high = std::max(*high, r);
-  }
+void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times) {
+  for (int32_t i = from; i <= to; ++i) InsertFrame(times, i, exporter.fps, exporter.frameDuration);
 }
 
 // The frames at which the host shows the layer, from its in point up to its out point.
@@ -55,6 +42,8 @@ FrameSpan LayerFrames(const AEToOry& exporter, AEGP_LayerH layer) {
 }
 
 // The earliest and latest host time of the entries; an empty map gives an empty interval.
+// Spans are bounded in the host's seconds, never in document seconds: at 29.97 frames per
+// second frame 30 is 1 s in the document but 1.001 s in After Effects.
 std::pair<double, double> HostBounds(const TimeMap& times) {
   if (times.empty()) return {1.0, 0.0};
   double low = TimeRatio(times.begin()->second), high = low;
@@ -89,17 +78,17 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   if (!stream) return A_Err_PARAMETER;
   A_long keyCount = 0;
   A_Err err = KeyframeSuite4()->AEGP_GetStreamNumKFs(stream, &keyCount);
-  double low = std::numeric_limits<float>::max(), high = std::numeric_limits<float>::min();
   if (!useKeys) {
     const FrameSpan range = LayerFrames(exporter, layer);
-    InsertFrames(exporter, range.first, range.last, times, &low, &high);
+    InsertFrames(exporter, range.first, range.last, times);
     return err;
   }
   if (HasTimeVaryingExpression(stream)) {
     // frameCount stands as it is, not added to firstFrame.
-    InsertFrames(exporter, exporter.firstFrame, exporter.frameCount, times, &low, &high);
+    InsertFrames(exporter, exporter.firstFrame, exporter.frameCount, times);
     return err;
   }
+  double low = std::numeric_limits<float>::max(), high = std::numeric_limits<float>::min();
   for (A_long i = 0; i < keyCount; ++i) {
     A_Time t{0, 1};
     KeyframeSuite4()->AEGP_GetKeyframeTime(stream, i, AEGP_LTimeMode_CompTime, &t);
@@ -112,10 +101,9 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   // to ask the layer's frames, whichever stream has the keys.
   if (!LayerStream(layer, AEGP_LayerStream_POSITION)) return err;
   const FrameSpan range = LayerFrames(exporter, layer);
-  for (int32_t i = range.first; i <= range.last; ++i) {
-    const double r = HostSeconds(exporter, i);
-    if (r > low && r < high) InsertFrame(times, i, exporter.fps, exporter.frameDuration);
-  }
+  const FrameSpan keyed = FramesAroundKeys(low, high, exporter.frameDuration);
+  for (int32_t i = std::max(range.first, keyed.first); i <= std::min(range.last, keyed.last); ++i)
+    InsertFrame(times, i, exporter.fps, exporter.frameDuration);
   return err;
 }
 
@@ -145,13 +133,15 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
   }
   if (scale) err = CollectKeyTimes(exporter, layer, scale.get(), true, &span);
   const auto [low, high] = HostBounds(span);
+  const FrameSpan keyed = FramesAroundKeys(low, high, exporter.frameDuration);
 
   const bool writeScale = hasScale && !(exporter.exportTextAsPlanes && LayerObjectType(layer) == AEGP_ObjectType_TEXT);
   Vector previousRotation;
   bool continueRotation = false;
   for (const auto& [docTime, hostTime] : frames) {
-    const double r = TimeRatio(hostTime);
-    if (r > high || r < low) continue;
+    // Every entry of `frames` is a frame of the composition: a whole number of frame durations.
+    const int32_t frame = hostTime.value / exporter.frameDuration.value;
+    if (frame < keyed.first || frame > keyed.last) continue;
     A_Matrix4 m{};
     if (!err) err = LayerMatrixAt(exporter, layer, hostTime, &m);
     Vector p, rot, s;

@@ -1,5 +1,7 @@
 #include "plugin/exporter/time_map.h"
 
+#include <cmath>
+
 double TimeRatio(const BaseTime& t) { return t.denominator == 0.0 ? 0.0 : t.numerator / t.denominator; }
 
 double TimeRatio(const A_Time& t) {
@@ -36,4 +38,12 @@ FrameSpan LayerFrameSpan(const A_Time& in, const A_Time& duration, const A_Time&
   const Wide first = CeilDiv(a * fs, b * fv);
   const Wide last = CeilDiv((a * e + c * b) * fs, b * e * fv) - 1;
   return FrameSpan{static_cast<int32_t>(first), static_cast<int32_t>(last)};
+}
+
+FrameSpan FramesAroundKeys(double low, double high, const A_Time& frameDuration) {
+  const double frame = TimeRatio(frameDuration);
+  if (low > high || frame <= 0.0) return {};
+  constexpr double kOnFrame = 1e-6;
+  return FrameSpan{static_cast<int32_t>(std::floor(low / frame + kOnFrame)),
+                   static_cast<int32_t>(std::ceil(high / frame - kOnFrame))};
 }

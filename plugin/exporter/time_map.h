@@ -34,3 +34,10 @@ struct FrameSpan {
 // frames per second lies between frames 29 and 30) starts at the next frame, and the frame at
 // the out point, which shows the layer no more, is left out.
 FrameSpan LayerFrameSpan(const A_Time& in, const A_Time& duration, const A_Time& frameDuration);
+
+// The frames that show the animation between two key times `low` and `high` (seconds of After
+// Effects): from the last frame at or before `low` to the first at or after `high`. A key
+// between two frames thus brings in the frame after it, which is the first to show the key's
+// value, and the frame before it, which still shows the value before. Key times within a
+// millionth of a frame of a frame count as on it. Empty when `low` is above `high`.
+FrameSpan FramesAroundKeys(double low, double high, const A_Time& frameDuration);

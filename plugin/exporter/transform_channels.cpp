@@ -390,7 +390,11 @@ bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value
 
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value) {
   double v[4] = {};
-  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD_SPATIAL, v)) return false;
+  // Orientation holds three numbers as a position does, but is not spatial; a camera that is
+  // only oriented must not be taken for one without a turn of its own.
+  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD_SPATIAL, v) &&
+      !ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD, v))
+    return false;
   *value = Vector{v[0], v[1], v[2]};
   return true;
 }

@@ -32,6 +32,7 @@ bool ReadStreamValue(AEGP_LayerH layer, AEGP_LayerStream streamId, AEGP_StreamTy
                      double value[4]);
 // The same at the composition's current time.
 bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value);
+// Three numbers, of a spatial stream (position, point of interest) or not (orientation).
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value);
 // A one-dimensional stream cut to a whole number, such as a switch or a choice.
 bool ReadStreamInt(AEGP_LayerH layer, AEGP_LayerStream streamId, int32_t* value);

@@ -156,6 +156,19 @@ TEST_F(Roundtrip, LightsAimedOffTheirAxisComeBackWithoutRoll) {
   ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Aimed", "Turned", "Lift"}, "50");
 }
 
+TEST_F(Roundtrip, OrientedCamerasAndLightsKeepTheirOrientation) {
+  // Auto-oriented towards the point of interest, and oriented on top of that: 10 degrees about
+  // X for the camera, 15 about Y for the light. Such a layer has a turn of its own, so the
+  // export gives it no target and writes the turn of its matrix; the orientation stream is not
+  // spatial, and taking it for absent would export a plain aim, 10 and 15 degrees off.
+  const std::string layers = R"(
+  {"id": 1, "name": "Tilted", "type": "camera",
+   "transform": {"pointOfInterest": [960, 540, 0], "position": [960, 540, -1000], "orientation": [10, 0, 0]}},
+  {"id": 2, "name": "TiltLamp", "type": "light", "light": {"type": "spot"},
+   "transform": {"pointOfInterest": [960, 540, 0], "position": [500, 540, -1000], "orientation": [0, 15, 0]}})";
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Tilted", "TiltLamp"}, "50");
+}
+
 TEST_F(Roundtrip, CamerasAndLightsUnderATurningParentTurnWithIt) {
   // Both parents turn half a turn about Y in 2 s. The cameras keep their point of interest at
   // their parent's origin, so their targets go under the parents in the scene and the import
@@ -200,6 +213,25 @@ TEST_F(Roundtrip, ALayerStartingBetweenFramesKeepsItsFirstAndLastFrames) {
   const auto result = Run({Write(Comp(layers, "29.97002997002997")), "--comp", "Main"});
   ExpectBack(result, {"Late"}, "15");
   ExpectBack(result, {"Early"}, "30");
+}
+
+TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
+  // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
+  // frame 12 still shows the first key's value and frame 38 is the first to show the last
+  // one's, so both must be baked. "Stretched" runs at half speed from 0.2 s, which puts its
+  // keys (layer times 0 and 0.9 s) at 0.2 s and 2 s of the composition, between frames 5 and 6
+  // and after the last frame 59 at 29.97 fps.
+  const std::string between = R"(
+  {"id": 1, "name": "Between", "type": "camera",
+   "transform": {"pointOfInterest": [960, 540, 0],
+     "position": {"keys": [{"time": 0.51, "value": [0, 0, -800]}, {"time": 1.49, "value": [500, 100, -300]}]}}})";
+  ExpectBack(Run({Write(Comp(between)), "--comp", "Main"}), {"Between"}, "50");
+  const std::string stretched = R"(
+  {"id": 1, "name": "Stretched", "type": "camera", "stretch": 2, "startTime": 0.2, "inPoint": 0.2,
+   "transform": {"pointOfInterest": [960, 540, 0],
+     "position": {"keys": [{"time": 0, "value": [0, 0, -800]}, {"time": 0.9, "value": [500, 100, -300]}]}}})";
+  // Seen from its start, 0.2 s, which lies between frames 5 and 6: frames 6 to 59, 54 frames.
+  ExpectBack(Run({Write(Comp(stretched, "29.97002997002997")), "--comp", "Main"}), {"Stretched"}, "54");
 }
 
 TEST_F(Roundtrip, BadInputExitsWith2) {

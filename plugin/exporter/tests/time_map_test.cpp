@@ -70,6 +70,25 @@ TEST(LayerFrameSpan, AnInPointBetweenFramesStartsAtTheNextFrame) {
   EXPECT_EQ(span.last, 0);
 }
 
+TEST(FramesAroundKeys, FromTheFrameBeforeTheFirstKeyToTheFrameAfterTheLast) {
+  // Keys on frames 10 (0.4 s) and 25 (1 s) at 25 fps: just those frames and the ones between.
+  FrameSpan span = FramesAroundKeys(0.4, 1.0, A_Time{1, 25});
+  EXPECT_EQ(span.first, 10);
+  EXPECT_EQ(span.last, 25);
+  // Keys at 1 s and 1.5 s at 29.97 fps lie at frames 29.97 and 44.955: frames 29 to 45.
+  span = FramesAroundKeys(1.0, 1.5, kNtscFrame);
+  EXPECT_EQ(span.first, 29);
+  EXPECT_EQ(span.last, 45);
+  // Keys on frames 10 and 40 at 29.97 fps, 10 * 1001 / 30000 s and 40 * 1001 / 30000 s, whose
+  // quotient by the frame duration is not exactly whole in doubles: still frames 10 to 40.
+  span = FramesAroundKeys(10 * 1001 / 30000.0, 40 * 1001 / 30000.0, kNtscFrame);
+  EXPECT_EQ(span.first, 10);
+  EXPECT_EQ(span.last, 40);
+  // No keys: no frames.
+  span = FramesAroundKeys(1.0, 0.0, A_Time{1, 25});
+  EXPECT_LT(span.last, span.first);
+}
+
 TEST(LayerFrameSpan, NoFrameDurationGivesNoFrames) {
   const FrameSpan span = LayerFrameSpan(A_Time{0, 1}, A_Time{2, 1}, A_Time{0, 1});
   EXPECT_LT(span.last, span.first);
