@@ -42,7 +42,8 @@ int ClickExport(const std::string& compName, const ScriptUser& user) {
     }
     const std::string target = user.save.path;
     const auto before = FileTime(target);
-    Trace("the user clicks File > Export > " + Quoted(command->text) + " (command " + std::to_string(command->id) + ")");
+    Trace("the user clicks File > Export > " + Quoted(command->text) + " (command " + std::to_string(command->id) +
+          ")");
     bool handled = false;
     if (const A_Err err = RunCommand(command->id, &handled)) {
         HostError("the command hook returned error " + std::to_string(err));

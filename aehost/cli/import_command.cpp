@@ -75,7 +75,8 @@ int RunImport(const ImportOptions& options, const char* argv0) {
     const ProjectCounts before = CountProject(session.project);
     // The summary comes last, so that it stands only when the whole run succeeded.
     const int code = CloseHost(options.host, session, ImportFile(options, session));
-    if (code == kExitOk && !options.host.quiet) std::cout << ImportSummary(options.file, session.project, before) << '\n';
+    if (code == kExitOk && !options.host.quiet)
+        std::cout << ImportSummary(options.file, session.project, before) << '\n';
     return code;
 }
 

@@ -20,7 +20,8 @@ std::string AnswerText(const DialogAnswer& answer) {
     if (answer.cancel) return "closed with Escape";
     std::string text;
     for (const std::string& name : answer.choose) text += (text.empty() ? "chose " : ", ") + Quoted(name);
-    return text + (text.empty() ? "" : ", ") + "pressed " + (answer.press.empty() ? "the default button" : Quoted(answer.press));
+    const std::string button = answer.press.empty() ? "the default button" : Quoted(answer.press);
+    return text + (text.empty() ? "" : ", ") + "pressed " + button;
 }
 
 // Traces the dialogs that a script answered: the first of those `waiting`

@@ -73,7 +73,8 @@ ProjectCounts CountProject(const Project& project) {
         for (const auto& layer : item->comp.layers) {
             ++counts.layers[LayerKind(project, *layer)];
             counts.markers += static_cast<long long>(layer->markers.size());
-            for (const auto& [id, stream] : layer->streams) counts.keyframes += static_cast<long long>(stream.keys.size());
+            for (const auto& [id, stream] : layer->streams)
+                counts.keyframes += static_cast<long long>(stream.keys.size());
         }
     }
     return counts;

@@ -65,8 +65,8 @@ A_Err DisposeAppProgressDialog(PF_AppProgressDialogP dialogH) {
         ProgressDialog* dialog = g_host.progress.Find(HandleValue(dialogH));
         if (!dialog) return Refuse("PF_DisposeAppProgressDialog", "not an open progress dialog");
         EndProgressLine();
-        Trace("progress dialog " + Quoted(dialog->title) + " closed at " + std::to_string(std::max(dialog->shownPercent, 0)) +
-              "%");
+        const int shown = std::max(dialog->shownPercent, 0);
+        Trace("progress dialog " + Quoted(dialog->title) + " closed at " + std::to_string(shown) + "%");
         g_host.progress.Remove(HandleValue(dialogH));
         return A_Err_NONE;
     });

@@ -105,8 +105,9 @@ int main(int argc, char** argv) {
   bool asJson = false;
   bool summaryOnly = false;
 
-  CLI::App* dump = app.add_subcommand(
-      "dump", "Print a scene file: a summary line and the indented tree; the line alone with --summary; JSON with --json.");
+  CLI::App* dump = app.add_subcommand("dump",
+                                      "Print a scene file: a summary line and the indented tree; the line alone "
+                                      "with --summary; JSON with --json.");
   CLI::Option* json = dump->add_flag("--json", asJson, "Print the JSON scene description that `build` reads back.");
   dump->add_flag("--summary", summaryOnly, "Print only the summary line: objects, cameras, lights, tracks, keys, "
                                            "markers and the frame range.")

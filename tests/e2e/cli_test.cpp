@@ -127,8 +127,12 @@ class Cli : public ::testing::Test {
   void TearDown() override { std::filesystem::remove_all(dir_); }
 
   std::string In(const std::string& leaf) const { return dir_ + "/" + leaf; }
-  std::vector<std::string> ExportArgs() const { return {"export", In("shot.json"), "--comp", "Shot", "--output", In("shot.ory")}; }
-  std::vector<std::string> ImportArgs() const { return {"import", In("moves.ory"), "--output", In("moves.project.json")}; }
+  std::vector<std::string> ExportArgs() const {
+    return {"export", In("shot.json"), "--comp", "Shot", "--output", In("shot.ory")};
+  }
+  std::vector<std::string> ImportArgs() const {
+    return {"import", In("moves.ory"), "--output", In("moves.project.json")};
+  }
   CommandResult Aehost(std::vector<std::string> args, const std::vector<std::string>& more = {}) {
     args.insert(args.end(), more.begin(), more.end());
     return RunCommand(qae_test::AehostPath(), args);
@@ -199,7 +203,8 @@ TEST_F(Cli, QuietPrintsNothingButStillDoesTheWork) {
   EXPECT_TRUE(qae_test::FileExists(In("moves.project.json")));
 
   // Errors are still told.
-  const CommandResult missing = Aehost({"export", In("shot.json"), "--comp", "Nope", "--output", In("x.ory"), "--quiet"});
+  const CommandResult missing =
+      Aehost({"export", In("shot.json"), "--comp", "Nope", "--output", In("x.ory"), "--quiet"});
   EXPECT_EQ(missing.exitCode, 2);
   EXPECT_EQ(missing.out, "");
   EXPECT_TRUE(Contains(missing.err, "no composition named \"Nope\"")) << missing.err;
@@ -220,10 +225,11 @@ TEST_F(Cli, VerboseTracesTheStepsOnStandardError) {
   // The text question is a dialog a script shows; the trace tells how it was answered.
   std::string withText = kProject;
   const std::string flat = R"({"id": 12, "name": "Flat", "source": 2})";
-  withText.replace(withText.find(flat), flat.size(), flat + R"(, {"id": 13, "name": "Words", "type": "text", "threeD": true})");
+  const std::string words = R"({"id": 13, "name": "Words", "type": "text", "threeD": true})";
+  withText.replace(withText.find(flat), flat.size(), flat + ", " + words);
   qae_test::WriteFile(In("text.json"), withText);
-  const CommandResult text =
-      Aehost({"export", In("text.json"), "--comp", "Shot", "--output", In("text.ory"), "--text", "planes", "--verbose"});
+  const CommandResult text = Aehost(
+      {"export", In("text.json"), "--comp", "Shot", "--output", In("text.ory"), "--text", "planes", "--verbose"});
   ASSERT_EQ(text.exitCode, 0) << text.err;
   ExpectSteps(text.err, {"trace: the text question will be answered with \"planes\"\n",
                          "trace: dialog answered: chose \"planes\", pressed the default button\n"});

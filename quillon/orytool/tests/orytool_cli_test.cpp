@@ -38,7 +38,8 @@ TEST_F(OrytoolCli, BuildDumpAndBuildAgainGiveTheSameFile) {
 
   auto text = Run({"dump", In("a.ory")});
   ASSERT_EQ(text.exitCode, 0) << text.err;
-  EXPECT_EQ(text.out.rfind("2 objects, 1 camera, 0 lights, 0 tracks, 0 keys, 0 markers, frames 0..90 at 30 fps\n", 0), 0u)
+  EXPECT_EQ(text.out.rfind("2 objects, 1 camera, 0 lights, 0 tracks, 0 keys, 0 markers, frames 0..90 at 30 fps\n", 0),
+            0u)
       << text.out;
   EXPECT_NE(text.out.find("1001 TargetTagParam_Target = link -> Null \"Target\"\n"), std::string::npos) << text.out;
 }
