@@ -23,6 +23,12 @@ struct CompStackEntry {
   double zOffset = 0.0;         // depth that keeps layers of one plane apart, see the walk
 };
 
+// An object with transform keys, placed under its parent, whose keys still hold world values.
+struct PendingRebase {
+  BaseObject* object = nullptr;
+  Matrix world;  // the static world matrix it held before it was placed
+};
+
 class AEToOry {
  public:
   AEToOry();
@@ -77,4 +83,9 @@ class AEToOry {
   // again does not walk every object of the document for each layer.
   std::unordered_map<std::string, BaseObject*> objectsByKey;
   std::unordered_map<int32_t, BaseObject*> objectsByLayerId;
+
+  // Keys are made relative to their parents once every object is in its place, parents first,
+  // because a parent's path over time is known only when its own keys are relative.
+  std::vector<PendingRebase> pendingRebases;
+  void RebasePendingKeys();
 };

@@ -213,6 +213,7 @@ A_Err LinkLayer(AEToOry& exporter, AEGP_LayerH layer, BaseObject* defaultParent,
   }
   t_ORYOS_At->Remove(object);
   t_ORYOS_At->InsertUnder(object, parent);
-  RebaseTracksToParent(object, parent, exporter.firstFrame, exporter.frameCount, exporter.fps, exporter.document);
+  const Matrix world = PlaceUnderParent(object);
+  if (HasTransformTracks(object)) exporter.pendingRebases.push_back({object, world});
   return err;
 }

@@ -1,6 +1,7 @@
 #include "plugin/exporter/track_ops.h"
 
 #include <optional>
+#include <vector>
 
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/key_pruning.h"
@@ -175,24 +176,79 @@ void SimplifyTrack(AnimTrack* track) {
   }
 }
 
-bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstFrame, int32_t frameCount,
-                          int32_t fps, BaseDocument* document) {
-  if (!object || !parent) return false;
+namespace {
+
+// The transform of `node` at `time`: its static local matrix with each of its tracks' values.
+Matrix LocalMatrixAt(BaseObject* node, ObjectTracks& tracks, BaseDocument* document, const BaseTime& time) {
+  const Matrix still = *t_ORYOS_Bo->GetLocalMatrix(node);
+  if (!tracks.any) return still;
+  const int32_t order = t_ORYOS_Bo->GetRotationOrder(node);
+  Vector rotation = MatrixToRotation(still, order, false);
+  Vector position = still.off;
+  Vector scale = AxisLengths(still);
+  ReadTracks(tracks.position, document, time, &position);
+  ReadTracks(tracks.rotation, document, time, &rotation);
+  ReadTracks(tracks.scale, document, time, &scale);
+  return ComposeMatrix(position, rotation, scale, order);
+}
+
+// Where a parent stands at each frame: the engine's global matrix of the part of its chain
+// that does not move, times the local matrices of the nodes from the highest one that moves
+// down to the parent, each read from its tracks at the frame.
+class ParentPath {
+ public:
+  explicit ParentPath(BaseObject* parent) {
+    std::vector<BaseObject*> chain;
+    for (SceneNode* n = parent; n; n = t_ORYOS_At->GetUp(n)) chain.push_back(static_cast<BaseObject*>(n));
+    size_t highestMoving = chain.size();
+    for (size_t i = 0; i < chain.size(); ++i) {
+      moving_.push_back({chain[i], FindTransformTracks(chain[i])});
+      if (moving_.back().tracks.any) highestMoving = i + 1;
+    }
+    moving_.resize(highestMoving);  // nearest first; everything above stands still
+    if (highestMoving < chain.size()) t_ORYOS_Bo->GetGlobalMatrix(chain[highestMoving], &still_);
+  }
+
+  Matrix At(BaseDocument* document, const BaseTime& time) {
+    Matrix m = still_;
+    for (auto it = moving_.rbegin(); it != moving_.rend(); ++it)
+      m = Multiply(m, LocalMatrixAt(it->node, it->tracks, document, time));
+    return m;
+  }
+
+ private:
+  struct Node {
+    BaseObject* node;
+    ObjectTracks tracks;
+  };
+  std::vector<Node> moving_;
+  Matrix still_;
+};
+
+}  // namespace
+
+bool HasTransformTracks(BaseObject* object) { return object && FindTransformTracks(object).any; }
+
+Matrix PlaceUnderParent(BaseObject* object) {
   // The object still holds world values; placing it at its world matrix under the new parent
   // gives the local matrix that keeps it where After Effects has it.
-  const Matrix saved = *t_ORYOS_Bo->GetLocalMatrix(object);
-  t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
+  const Matrix world = *t_ORYOS_Bo->GetLocalMatrix(object);
+  t_ORYOS_Bo->SetGlobalMatrix(object, &world);
+  return world;
+}
+
+void RebaseKeysToParent(BaseObject* object, const Matrix& world, int32_t firstFrame, int32_t frameCount, int32_t fps,
+                        BaseDocument* document) {
+  auto* parent = static_cast<BaseObject*>(t_ORYOS_At->GetUp(object));
   ObjectTracks tracks = FindTransformTracks(object);
-  if (!tracks.any) {
-    t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
-    return true;
-  }
-  Matrix current = saved;
+  if (!parent || !tracks.any) return;
+  ParentPath parentPath(parent);
+  const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
+  Matrix current = world;
   // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
   // past a full circle does not jump back at each rewritten key.
   std::optional<Vector> previousLocalRotation;
   for (int32_t i = 0; i <= frameCount; ++i) {
-    const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
     Vector rotation = MatrixToRotation(current, order, false);
     Vector position = current.off;
     Vector scale = AxisLengths(current);
@@ -202,8 +258,7 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
     ReadTracks(tracks.scale, document, time, &scale);
     current = ComposeMatrix(position, rotation, scale, order);
 
-    t_ORYOS_Bo->SetGlobalMatrix(object, &current);
-    const Matrix local = *t_ORYOS_Bo->GetLocalMatrix(object);
+    const Matrix local = Multiply(Invert(parentPath.At(document, time)), current);
     RewriteKeys(tracks.position, local.off);
     Vector localRotation = MatrixToRotation(local, order, false);
     if (previousLocalRotation) localRotation = BestAngle(*previousLocalRotation, localRotation, order);
@@ -211,8 +266,6 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
     RewriteKeys(tracks.rotation, localRotation);
     RewriteKeys(tracks.scale, AxisLengths(local));
   }
-  t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
-  return true;
 }
 
 TrackCurves::TrackCurves(AnimTrack* const* tracks) {

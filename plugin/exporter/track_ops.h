@@ -27,10 +27,21 @@ void SimplifyTrack(AnimTrack* track);
 // Adds `by` to every key of the track of `id` on `object`, if that track exists.
 void ShiftTrackKeys(SceneNode* object, const ParamId& id, double by);
 
-// Keys and the object's matrix were made in world terms; under `parent` they must be local.
-// The parent's static matrix is used, the document is not evaluated at each frame.
-bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstFrame, int32_t frameCount,
-                          int32_t fps, BaseDocument* document);
+// Whether the object has a track of position, rotation or scale.
+bool HasTransformTracks(BaseObject* object);
+
+// The object was made with world values and has just been put under its parent: its values
+// become local to the parent's matrix, so that it stays where After Effects has it. Gives the
+// world matrix it held, which RebaseKeysToParent needs.
+Matrix PlaceUnderParent(BaseObject* object);
+
+// Its keys were baked in world terms as well: each becomes local to where the parent stands at
+// that frame, with the parent's own keys and those of its ancestors, so that a child keyed
+// under an animated parent does not take the parent's move twice. The parent's keys must be
+// local already, so parents are rebased before their children. A frame without a key stays
+// without one.
+void RebaseKeysToParent(BaseObject* object, const Matrix& world, int32_t firstFrame, int32_t frameCount, int32_t fps,
+                        BaseDocument* document);
 
 // The three curves of a vector's tracks; a missing track gives no curve and takes no key.
 class TrackCurves {

@@ -39,6 +39,7 @@ struct ExampleLayer {
   std::string comp;
   std::string name;
   int32_t id = 0;
+  int32_t parent = 0;        // id of its parent layer in the same composition, 0 for none
   bool planeOrNull = false;  // a solid, a null or a precomposition: placed with scale
   double width = 0.0;        // of the picture that the object is centred on, 0 for none
   double height = 0.0;
@@ -76,6 +77,7 @@ void CollectLayers(Example& example, const Json::Value& comp, const std::optiona
     entry.name = layer["name"].asString();
     entry.id = layer["id"].asInt();
     entry.inPoint = layer.get("inPoint", 0.0).asDouble();
+    entry.parent = layer.get("parent", 0).asInt();
     entry.precompLayer = through;
     if (layer.isMember("source")) {
       entry.planeOrNull = true;
@@ -164,27 +166,6 @@ quillon::Object* ObjectOfLayer(quillon::Document& document, int32_t layerId) {
   return nullptr;
 }
 
-bool HasTracks(quillon::Object& object) { return !quillon::TracksOf(object).empty(); }
-
-bool HasAnimatedAncestor(quillon::Object& object) {
-  for (quillon::Node* up = quillon::VisibleParent(&object); up; up = quillon::VisibleParent(up)) {
-    if (quillon::Object* parent = quillon::AsObject(up); parent && HasTracks(*parent)) return true;
-  }
-  return false;
-}
-
-// First and last frame at which the object's tracks hold keys.
-std::pair<int32_t, int32_t> KeySpan(quillon::Object& object, int32_t fps) {
-  int32_t first = INT32_MAX, last = INT32_MIN;
-  for (quillon::Track* track : quillon::TracksOf(object)) {
-    const quillon::KeyStore& keys = track->curve->keys;
-    if (keys.size() == 0) continue;
-    first = std::min(first, FrameOf(keys.at(0)->time, fps));
-    last = std::max(last, FrameOf(keys.at(keys.size() - 1)->time, fps));
-  }
-  return {first, last};
-}
-
 int32_t DocumentFps(quillon::Document& document) {
   const auto it = document.params.find(DocParam_Fps);
   return it == document.params.end() ? 0 : quillon::AsInt32(it->second.raw);
@@ -244,6 +225,11 @@ std::optional<HostMatrix> WorldXform(const Example& example, const ExampleLayer&
 // export root and by the depth that keeps flat layers apart.
 struct Expected {
   Vector position, axisX, axisZ, scale;
+  // Under a parent that scales unevenly a turned layer is sheared: its y axis leans. An object's
+  // position, rotation and scale cannot hold that; the rotation is read from the x and z axes,
+  // so the lean of y is what is lost, for the layer and for the children it passes it on to.
+  // There the length of y is not compared.
+  bool unevenAbove = false;
 };
 
 Vector Unit(const Vector& v) { return Normalized(v); }
@@ -262,6 +248,20 @@ Expected ExpectedFromHost(const Example& example, const ExampleLayer& layer, con
   return e;
 }
 
+// Whether a parent layer of `layer`, at any height, is scaled unevenly at `frame`.
+bool UnevenlyScaledAbove(const Example& example, const ExampleLayer& layer, int frame) {
+  for (auto up = example.layers.find(layer.parent); up != example.layers.end();
+       up = example.layers.find(up->second.parent)) {
+    const std::optional<HostMatrix> m = WorldXform(example, up->second, frame);
+    if (!m) return false;
+    const double x = Length(Vector{m->m[0][0], m->m[0][1], m->m[0][2]});
+    const double y = Length(Vector{m->m[1][0], m->m[1][1], m->m[1][2]});
+    const double z = Length(Vector{m->m[2][0], m->m[2][1], m->m[2][2]});
+    if (std::abs(x - y) > 1e-9 || std::abs(y - z) > 1e-9) return true;
+  }
+  return false;
+}
+
 void ExpectMatches(const Example& example, const ExampleLayer& layer, const Matrix& scene, const Expected& e,
                    int frame) {
   const double positionTolerance = 1e-6 * example.width;
@@ -274,7 +274,9 @@ void ExpectMatches(const Example& example, const ExampleLayer& layer, const Matr
   EXPECT_LT(Length(Unit(scene.axisZ) - e.axisZ), angleTolerance);
   if (layer.planeOrNull) {
     EXPECT_NEAR(Length(scene.axisX), e.scale.x, 1e-9);
-    EXPECT_NEAR(Length(scene.axisY), e.scale.y, 1e-9);
+    if (!e.unevenAbove) {
+      EXPECT_NEAR(Length(scene.axisY), e.scale.y, 1e-9);
+    }
     EXPECT_NEAR(Length(scene.axisZ), e.scale.z, 1e-9);
   }
 }
@@ -286,10 +288,9 @@ class ExportedScene : public ::testing::Test {
   void SetUp() override { workDir_ = qae_test::MakeTempDir("export_scene"); }
   void TearDown() override { std::filesystem::remove_all(workDir_); }
 
-  // Every object of a layer against its layer, at every frame of the layer's life. Objects
-  // with an animated ancestor hold keys that express their world path against the parent's
-  // static matrix, so there the parent is taken as it stands unanimated, and only frames that
-  // the object's own keys cover can match.
+  // Every object of a layer against its layer, at every frame of the layer's life, with the
+  // document evaluated at that frame: objects under animated parents included, since their keys
+  // are relative to where the parent stands at each frame.
   void CompareAllFrames(const Example& example, const std::map<std::string, double>& zOffsets) {
     Scene scene = ExportAndRead(example, workDir_);
     ASSERT_TRUE(scene.document) << scene.error;
@@ -297,33 +298,23 @@ class ExportedScene : public ::testing::Test {
     const int32_t fps = DocumentFps(document);
     ASSERT_GT(fps, 0);
 
-    std::map<quillon::Object*, Matrix> staticWorld;
-    for (quillon::Object* object : AllObjects(document)) staticWorld[object] = quillon::GlobalMatrixOf(*object);
-
     const int32_t frames = static_cast<int32_t>(std::lround(example.duration * example.frameRate));
     int compared = 0;
     for (const auto& [id, layer] : example.layers) {
       quillon::Object* object = ObjectOfLayer(document, id);
       if (!object) continue;  // left out, as a 2D layer outside any 3D precomposition
-      const bool relative = HasAnimatedAncestor(*object);
-      if (relative && !HasTracks(*object)) continue;
-      int32_t from = static_cast<int32_t>(std::lround(layer.inPoint * example.frameRate)), to = frames - 1;
-      if (relative) std::tie(from, to) = KeySpan(*object, fps);
+      const int32_t from = static_cast<int32_t>(std::lround(layer.inPoint * example.frameRate));
       const auto z = zOffsets.find(layer.name);
       const double zOffset = z == zOffsets.end() ? 0.0 : z->second;
-      for (int32_t frame = from; frame <= to; ++frame) {
+      for (int32_t frame = from; frame < frames; ++frame) {
         document.currentTime = BaseTime(frame, fps);
         quillon::EvaluateDocumentCaches(document);
-        Matrix scene;
-        if (relative) {
-          quillon::Object* parent = quillon::AsObject(quillon::VisibleParent(object));
-          scene = Multiply(staticWorld[parent], quillon::LocalMatrixOf(*object));
-        } else {
-          scene = quillon::GlobalMatrixOf(*object);
-        }
+        const Matrix scene = quillon::GlobalMatrixOf(*object);
         const std::optional<HostMatrix> host = WorldXform(example, layer, frame);
         ASSERT_TRUE(host);
-        ExpectMatches(example, layer, scene, ExpectedFromHost(example, layer, *host, zOffset), frame);
+        Expected expected = ExpectedFromHost(example, layer, *host, zOffset);
+        expected.unevenAbove = UnevenlyScaledAbove(example, layer, frame);
+        ExpectMatches(example, layer, scene, expected, frame);
         ++compared;
       }
     }

@@ -175,7 +175,9 @@ TEST_F(Roundtrip, CamerasAndLightsUnderATurningParentTurnWithIt) {
   // must follow the parents' turn into the point of interest. Under the null the target stands
   // at the null's corner, where its object is; under the solid at the picture's centre, where
   // the plane is, also for the keys of "PoiCam", whose point of interest moves across the card.
-  // The light has no target: the point ahead of it must turn with the parent.
+  // The light has no target: the point ahead of it must turn with the parent. "KeyedCam" moves
+  // by keys of its own from 0.5 s to 1.5 s: its keys must be relative to where the turning
+  // parent stands at each frame, or it takes the parent's turn twice.
   // The parents stand at depth 100, so no half-pixel stacking nudge applies to them (one would
   // turn with the parent and come back as much as a pixel off).
   const std::string layers = R"(
@@ -186,6 +188,9 @@ TEST_F(Roundtrip, CamerasAndLightsUnderATurningParentTurnWithIt) {
   {"id": 6, "name": "PoiCam", "type": "camera", "parent": 4,
    "transform": {"position": [100, 50, -800],
      "pointOfInterest": {"keys": [{"time": 0, "value": [0, 0, 0]}, {"time": 2, "value": [200, 100, 0]}]}}},
+  {"id": 7, "name": "KeyedCam", "type": "camera", "parent": 3,
+   "transform": {"pointOfInterest": [0, 0, 0],
+     "position": {"keys": [{"time": 0.5, "value": [0, 0, -800]}, {"time": 1.5, "value": [300, -200, -500]}]}}},
   {"id": 5, "name": "Lamp", "type": "light", "parent": 3, "autoOrient": "off", "light": {"type": "spot"},
    "transform": {"position": [0, 0, -500], "orientation": [0, 30, 0]}},
   {"id": 3, "name": "Pivot", "source": 2, "null": true, "threeD": true,
@@ -195,7 +200,7 @@ TEST_F(Roundtrip, CamerasAndLightsUnderATurningParentTurnWithIt) {
    "transform": {"position": [500, 300, 100],
      "rotationY": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": -180}]}}})";
   const auto result = Run({Write(Comp(layers)), "--comp", "Main"});
-  ExpectBack(result, {"NullCam", "CardCam", "PoiCam", "Lamp"}, "50");
+  ExpectBack(result, {"NullCam", "CardCam", "PoiCam", "KeyedCam", "Lamp"}, "50");
 }
 
 TEST_F(Roundtrip, ALayerStartingBetweenFramesKeepsItsFirstAndLastFrames) {
