@@ -181,8 +181,15 @@ int32_t Depth(SceneNode* node) {
 }  // namespace
 
 void AEToOry::RebasePendingKeys() {
+  // A precomposition used by two layers has its objects made and placed twice; the second
+  // placing, with the values written last, is the one that holds.
+  std::unordered_map<BaseObject*, size_t> last;
+  for (size_t i = 0; i < pendingRebases.size(); ++i) last[pendingRebases[i].object] = i;
   std::vector<std::pair<int32_t, PendingRebase>> byDepth;
-  for (const PendingRebase& pending : pendingRebases) byDepth.emplace_back(Depth(pending.object), pending);
+  for (size_t i = 0; i < pendingRebases.size(); ++i) {
+    const PendingRebase& pending = pendingRebases[i];
+    if (last[pending.object] == i) byDepth.emplace_back(Depth(pending.object), pending);
+  }
   std::stable_sort(byDepth.begin(), byDepth.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
   for (const auto& [depth, pending] : byDepth)

@@ -359,6 +359,28 @@ TEST_F(ExportedScene, KeysInAMovedPrecompositionKeepItsMove) {
   CompareAllFrames(LoadProject(path, "Outer"), {{"Middle Layer", 0.5}, {"Beside", 0.5}});
 }
 
+TEST_F(ExportedScene, APrecompositionUsedTwiceFollowsItsSecondLayer) {
+  // "Inner" holds one moving, turning card; "Left" and "Right" both show it, moved apart. Its
+  // objects are made once and placed again by the second layer, whose values hold. Both
+  // precomposition layers lie at depth 0 without keys: half a pixel back each, in turn.
+  const std::string project = R"({"format": "aehost-project", "version": 1, "path": "/p/twice.aep",
+ "footage": [{"id": 5, "name": "Card", "width": 300, "height": 200, "solid": {"color": [0, 1, 0]}}],
+ "comps": [
+  {"id": 3, "name": "Inner", "width": 1280, "height": 720, "frameRate": 25, "duration": 2, "layers": [
+    {"id": 31, "name": "Spinner", "source": 5, "threeD": true,
+     "transform": {"anchorPoint": [150, 100, 0],
+       "position": {"keys": [{"time": 0, "value": [300, 300, -100]}, {"time": 1.6, "value": [900, 400, -200]}]},
+       "rotationZ": {"keys": [{"time": 0.4, "value": 0}, {"time": 1.6, "value": 90}]}}}]},
+  {"id": 1, "name": "Outer", "width": 1280, "height": 720, "frameRate": 25, "duration": 2, "layers": [
+    {"id": 11, "name": "Left", "source": 3, "threeD": true,
+     "transform": {"anchorPoint": [640, 360, 0], "position": [440, 360, 0]}},
+    {"id": 12, "name": "Right", "source": 3, "threeD": true,
+     "transform": {"anchorPoint": [640, 360, 0], "position": [840, 300, 0]}}]}]})";
+  const std::string path = workDir_ + "/twice.json";
+  qae_test::WriteFile(path, project);
+  CompareAllFrames(LoadProject(path, "Outer"), {{"Left", 0.5}, {"Right", 1.0}});
+}
+
 TEST_F(ExportedScene, FractionalFrameRateFollowsAfterEffectsFrameByFrame) {
   // The span of keys is bounded by keyframe times in After Effects' seconds, and each frame is
   // tested at its time in After Effects, not at its document time of 1/30 s: the first key at
