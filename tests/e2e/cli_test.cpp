@@ -168,6 +168,15 @@ TEST_F(Cli, ImportPrintsOneLineOfWhatItBuilt) {
   EXPECT_EQ(run.out, "imported " + In("moves.ory") +
                          ": folder \"Moves\", composition \"Moves\" 640x360, 25 fps, 0.2 s (5 frames), folder "
                          "\"Solids\"; 3 layers (1 camera, 1 null, 1 solid), 0 keyframes, 1 marker\n");
+
+  // Into a project that holds a composition already: its two layers, two keys and marker
+  // are not what the import built.
+  const CommandResult into =
+      Aehost({"import", In("moves.ory"), "--project", In("shot.json"), "--output", In("into.project.json")});
+  ASSERT_EQ(into.exitCode, 0) << into.err;
+  EXPECT_EQ(into.out, "imported " + In("moves.ory") +
+                          ": folder \"Moves\", composition \"Moves\" 640x360, 25 fps, 0.2 s (5 frames), folder "
+                          "\"Solids\"; 3 layers (1 camera, 1 null, 1 solid), 0 keyframes, 1 marker\n");
 }
 
 TEST_F(Cli, ImportCountsTheKeyframesThatTheSavedProjectHolds) {
