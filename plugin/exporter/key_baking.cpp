@@ -30,7 +30,7 @@ double LayerCompRate(AEGP_LayerH layer, double fallback, A_Err* err) {
 
 // Frames `from` to `to`, both included, of the current composition.
 void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times) {
-  for (int32_t i = from; i <= to; ++i) InsertFrame(times, i, exporter.fps, exporter.frameDuration);
+  for (int32_t i = from; i <= to; ++i) InsertFrame(times, i, exporter.firstFrame, exporter.fps, exporter.frameDuration);
 }
 
 // The frames at which the host shows the layer, from its in point up to its out point.
@@ -84,8 +84,9 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
     return err;
   }
   if (HasTimeVaryingExpression(stream)) {
-    // frameCount stands as it is, not added to firstFrame.
-    InsertFrames(exporter, exporter.firstFrame, exporter.frameCount, times);
+    // An expression may change anything at any frame: every frame of the composition. Frames
+    // count from the composition's time 0, whatever frame its display starts at.
+    InsertFrames(exporter, 0, exporter.frameCount - 1, times);
     return err;
   }
   double low = std::numeric_limits<float>::max(), high = std::numeric_limits<float>::min();
@@ -103,7 +104,7 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   const FrameSpan range = LayerFrames(exporter, layer);
   const FrameSpan keyed = FramesAroundKeys(low, high, exporter.frameDuration);
   for (int32_t i = std::max(range.first, keyed.first); i <= std::min(range.last, keyed.last); ++i)
-    InsertFrame(times, i, exporter.fps, exporter.frameDuration);
+    InsertFrame(times, i, exporter.firstFrame, exporter.fps, exporter.frameDuration);
   return err;
 }
 

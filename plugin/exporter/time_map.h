@@ -15,9 +15,11 @@ using TimeMap = std::map<BaseTime, A_Time>;
 double TimeRatio(const BaseTime& t);
 double TimeRatio(const A_Time& t);
 
-// Frame `frame` of a composition of `fps` whole frames a second and the given frame duration.
-// A second insertion of the same document time replaces the host time.
-void InsertFrame(TimeMap* times, int32_t frame, int32_t fps, const A_Time& frameDuration);
+// Frame `frame` of a composition of `fps` whole frames a second and the given frame duration,
+// which stands at document frame `firstFrame` + `frame`: a composition whose display starts at
+// frame 300 has its frame 0 at the document's first frame, 300, where the document's range
+// begins. A second insertion of the same document time replaces the host time.
+void InsertFrame(TimeMap* times, int32_t frame, int32_t firstFrame, int32_t fps, const A_Time& frameDuration);
 
 // A keyframe time of After Effects, which becomes the document time as it stands.
 void InsertHostTime(TimeMap* times, const A_Time& t);

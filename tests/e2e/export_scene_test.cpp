@@ -171,6 +171,12 @@ int32_t DocumentFps(quillon::Document& document) {
   return it == document.params.end() ? 0 : quillon::AsInt32(it->second.raw);
 }
 
+// The document frame at which the composition's frame 0 stands: its first frame.
+int32_t DocumentFirstFrame(quillon::Document& document, int32_t fps) {
+  const auto it = document.params.find(DocParam_MinTime);
+  return it == document.params.end() ? 0 : FrameOf(*quillon::AsTime(it->second.raw), fps);
+}
+
 // ---------------------------------------------------------------- the host side
 
 struct HostMatrix {
@@ -297,6 +303,7 @@ class ExportedScene : public ::testing::Test {
     quillon::Document& document = *scene.document;
     const int32_t fps = DocumentFps(document);
     ASSERT_GT(fps, 0);
+    const int32_t firstFrame = DocumentFirstFrame(document, fps);
 
     const int32_t frames = static_cast<int32_t>(std::lround(example.duration * example.frameRate));
     int compared = 0;
@@ -307,7 +314,7 @@ class ExportedScene : public ::testing::Test {
       const auto z = zOffsets.find(layer.name);
       const double zOffset = z == zOffsets.end() ? 0.0 : z->second;
       for (int32_t frame = from; frame < frames; ++frame) {
-        document.currentTime = BaseTime(frame, fps);
+        document.currentTime = BaseTime(firstFrame + frame, fps);
         quillon::EvaluateDocumentCaches(document);
         const Matrix scene = quillon::GlobalMatrixOf(*object);
         const std::optional<HostMatrix> host = WorldXform(example, layer, frame);
@@ -395,14 +402,15 @@ TEST_F(ExportedScene, FractionalFrameRateKeysStandOnWholeDocumentFrames) {
   ASSERT_TRUE(scene.document) << scene.error;
   quillon::Object* card = ObjectOfLayer(*scene.document, 11);
   ASSERT_NE(card, nullptr);
-  // Keys at After Effects' frames 10 and 40: one key on each frame 10 to 40, 31 keys; the
-  // display start of frame 300 does not shift the keys, and x moves on every frame.
+  // Keys at After Effects' frames 10 and 40: one key on each frame 10 to 40, 31 keys, and x
+  // moves on every frame. The display starts at frame 300, where the document's range begins,
+  // so the keys stand at document frames 310 to 340, inside that range.
   for (quillon::Track* track : quillon::TracksOf(*card)) {
     if (Utf8(track->name) != "Position X") continue;
     const quillon::KeyStore& keys = track->curve->keys;
     ASSERT_EQ(keys.size(), 31);
-    EXPECT_EQ(keys.at(0)->time, BaseTime(10, 30));
-    EXPECT_EQ(keys.at(keys.size() - 1)->time, BaseTime(40, 30));
+    EXPECT_EQ(keys.at(0)->time, BaseTime(310, 30));
+    EXPECT_EQ(keys.at(keys.size() - 1)->time, BaseTime(340, 30));
     return;
   }
   ADD_FAILURE() << "no Position X track";

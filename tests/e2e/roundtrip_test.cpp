@@ -3,11 +3,15 @@
 // and lights come back; a 2D layer is not exported. The exit code follows the
 // tolerances: within them 0, above 1, bad input 2.
 #include <gtest/gtest.h>
+#include <json/json.h>
 
+#include <cmath>
 #include <filesystem>
+#include <map>
 #include <sstream>
 #include <string>
 
+#include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
 
 namespace {
@@ -237,6 +241,53 @@ TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
      "position": {"keys": [{"time": 0, "value": [0, 0, -800]}, {"time": 0.9, "value": [500, 100, -300]}]}}})";
   // Seen from its start, 0.2 s, which lies between frames 5 and 6: frames 6 to 59, 54 frames.
   ExpectBack(Run({Write(Comp(stretched, "29.97002997002997")), "--comp", "Main"}), {"Stretched"}, "54");
+}
+
+TEST_F(Roundtrip, ACompositionWhoseDisplayStartsLateComesBack) {
+  // The display starts at 10 s, frame 250 at 25 fps: the document's range runs from frame 250,
+  // and the composition's frame i must stand at document frame 250 + i, where the import looks
+  // for it. "Keyed" moves by keys, "Spun" rolls by an expression, which is sampled on every
+  // frame of the composition.
+  const std::string layers = R"(
+  {"id": 1, "name": "Keyed", "type": "camera",
+   "transform": {"pointOfInterest": [960, 540, 0],
+     "position": {"keys": [{"time": 0.4, "value": [0, 0, -800]}, {"time": 1.6, "value": [500, 100, -300]}]}}},
+  {"id": 2, "name": "Spun", "type": "camera",
+   "transform": {"pointOfInterest": [960, 540, 0], "position": [300, 200, -900],
+     "rotationZ": {"value": 0, "expression": "time * 90"}}})";
+  std::string project = Comp(layers);
+  const std::string rate = R"("frameRate": 25,)";
+  project.replace(project.find(rate), rate.size(), R"("frameRate": 25, "displayStart": 10,)");
+  ExpectBack(Run({Write(project), "--comp", "Main"}), {"Keyed", "Spun"}, "50");
+}
+
+TEST_F(Roundtrip, ZoomKeysComeBackAtTheirFramesWhenTheDisplayStartsLate) {
+  // The camera's own values are sampled on import from the document's first frame, where the
+  // export put the composition's frame 0: the zoom runs from 1000 to 2000 in the first second,
+  // so it is 1400 at 0.4 s, and 2000 from 1 s on.
+  std::string project = Comp(R"(
+  {"id": 1, "name": "Zoomer", "type": "camera",
+   "camera": {"zoom": {"keys": [{"time": 0, "value": 1000}, {"time": 1, "value": 2000}]}},
+   "transform": {"pointOfInterest": [960, 540, 0], "position": [960, 540, -1000]}})");
+  const std::string rate = R"("frameRate": 25,)";
+  project.replace(project.find(rate), rate.size(), R"("frameRate": 25, "displayStart": 10,)");
+  const std::string scene = dir_ + "/zoom.ory", imported = dir_ + "/imported.json";
+  ASSERT_EQ(RunCommand(qae_test::AehostPath(), {"export", Write(project), "--comp", "Main", "--output", scene, "--quiet"})
+                .exitCode,
+            0);
+  ASSERT_EQ(RunCommand(qae_test::AehostPath(), {"import", scene, "--output", imported, "--quiet"}).exitCode, 0);
+  const Json::Value result = qae_test::ParseJson(qae_test::ReadFile(imported));
+  const Json::Value* zoom = nullptr;
+  for (const Json::Value& comp : result["comps"])
+    for (const Json::Value& layer : comp["layers"])
+      if (layer["name"].asString() == "Zoomer") zoom = &layer["camera"]["zoom"]["keys"];
+  ASSERT_NE(zoom, nullptr) << result.toStyledString();
+  std::map<int, double> byFrame;  // frames at 25 fps
+  for (const Json::Value& key : *zoom) byFrame[static_cast<int>(std::lround(key["time"].asDouble() * 25))] = key["value"].asDouble();
+  ASSERT_TRUE(byFrame.count(0) && byFrame.count(10) && byFrame.count(25)) << zoom->toStyledString();
+  EXPECT_NEAR(byFrame[0], 1000.0, 1e-6);
+  EXPECT_NEAR(byFrame[10], 1400.0, 1e-6);
+  EXPECT_NEAR(byFrame[25], 2000.0, 1e-6);
 }
 
 TEST_F(Roundtrip, BadInputExitsWith2) {

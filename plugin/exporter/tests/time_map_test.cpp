@@ -7,7 +7,7 @@ namespace {
 TEST(TimeMap, FramesKeepTheirNumberAtAFractionalRate) {
   // 29.97 frames a second: After Effects' frame lasts 1001/30000 s, the document counts 30.
   TimeMap times;
-  InsertFrame(&times, 300, 30, A_Time{1001, 30000});
+  InsertFrame(&times, 300, 0, 30, A_Time{1001, 30000});
   ASSERT_EQ(times.size(), 1u);
   const auto& [docTime, hostTime] = *times.begin();
   EXPECT_EQ(docTime.numerator, 10.0);
@@ -20,12 +20,23 @@ TEST(TimeMap, OrderedByValueAndEqualFractionsMerge) {
   TimeMap times;
   InsertHostTime(&times, A_Time{3, 2});   // 1.5 s
   InsertHostTime(&times, A_Time{1, 4});   // 0.25 s
-  InsertFrame(&times, 15, 10, A_Time{1, 10});  // 1.5 s again, host time replaced
+  InsertFrame(&times, 15, 0, 10, A_Time{1, 10});  // 1.5 s again, host time replaced
   ASSERT_EQ(times.size(), 2u);
   EXPECT_DOUBLE_EQ(TimeRatio(times.begin()->first), 0.25);
   EXPECT_DOUBLE_EQ(TimeRatio(times.rbegin()->first), 1.5);
   EXPECT_EQ(times.rbegin()->second.value, 15);
   EXPECT_EQ(times.rbegin()->second.scale, 10u);
+}
+
+TEST(TimeMap, AFrameStandsWhereTheDocumentShowsIt) {
+  // A composition whose display starts at 10 s, at 25 fps: the document runs from frame 250,
+  // and the composition's frame 5 (0.2 s in After Effects) is the document's frame 255.
+  TimeMap times;
+  InsertFrame(&times, 5, 250, 25, A_Time{1, 25});
+  ASSERT_EQ(times.size(), 1u);
+  EXPECT_EQ(times.begin()->first, BaseTime(255, 25));
+  EXPECT_EQ(times.begin()->second.value, 5);
+  EXPECT_EQ(times.begin()->second.scale, 25u);
 }
 
 TEST(TimeMap, RatioOfAnEmptyScaleIsZero) {
