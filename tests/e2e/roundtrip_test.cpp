@@ -290,6 +290,28 @@ TEST_F(Roundtrip, ZoomKeysComeBackAtTheirFramesWhenTheDisplayStartsLate) {
   EXPECT_NEAR(byFrame[25], 2000.0, 1e-6);
 }
 
+TEST_F(Roundtrip, EachLayerThatDoesNotComeBackIsToldWhy) {
+  // A 3D text and a 3D shape layer are not exported at all; a 3D solid is, as a plane, but
+  // without a compositing tag the import makes no layer of it; a 2D solid is not exported.
+  const std::string layers = R"(
+  {"id": 1, "name": "Words", "type": "text", "threeD": true, "transform": {"position": [960, 540, 0]}},
+  {"id": 2, "name": "Blob", "type": "shape", "threeD": true, "transform": {"position": [960, 540, 0]}},
+  {"id": 3, "name": "Plate", "source": 1, "threeD": true, "transform": {"position": [960, 540, 0]}},
+  {"id": 4, "name": "Flat", "source": 1, "transform": {"position": [960, 540, 0]}})";
+  const auto result = Run({Write(Comp(layers)), "--comp", "Main"});
+  EXPECT_EQ(result.exitCode, 0) << result.out << result.err;
+  const std::pair<const char*, const char*> expected[] = {
+      {"Words", "not exported"}, {"Blob", "not exported"}, {"Plate", "no compositing tag"}, {"Flat", "2D layer"}};
+  for (const auto& [name, why] : expected) {
+    const std::string row = "not back: " + std::string(why);
+    const std::vector<std::string> columns = Row(result.out, name);
+    ASSERT_FALSE(columns.empty()) << name << '\n' << result.out;
+    std::string verdict;
+    for (size_t i = 4; i < columns.size(); ++i) verdict += (i > 4 ? " " : "") + columns[i];
+    EXPECT_EQ(verdict, row) << name;
+  }
+}
+
 TEST_F(Roundtrip, BadInputExitsWith2) {
   const std::string project = Write(Project("25"));
   const auto noComp = Run({project, "--comp", "Nowhere"});
