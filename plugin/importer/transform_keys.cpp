@@ -120,7 +120,8 @@ bool AddTransformKeys(ObjectConversion* c) {
   bool ok = c->positionStream.StartKeys();
   if (ok && c->isPlainObject) ok = c->scaleStream.StartKeys();
   if (ok && !poiOnly) ok = c->rotateXStream.StartKeys() && c->rotateYStream.StartKeys();
-  if (ok && (!poiOnly || rotation.tracks[2])) ok = c->rotationStream.StartKeys();
+  // An aimed layer's Z rotation is its roll, which its own bank track or a turning parent moves.
+  if (ok && (!poiOnly || rotation.tracks[2] || animatedAncestor)) ok = c->rotationStream.StartKeys();
   if (ok && animatesPoi) ok = c->anchorStream.StartKeys();
   if (!ok) return false;
 
@@ -135,6 +136,7 @@ bool AddTransformKeys(ObjectConversion* c) {
   Sampled scaleSample{c->rawScale, c->rawScale, c->rawScale};
   Vector lastPosition, lastRotation, lastHostRotation, lastPoi;
   double lastRoll = 0.0;
+  bool lastPoiKeyed = false;
   Vector targetStatic;
   if (c->targetObject) t_ORYOS_Bo->GetPosition(c->targetObject, &targetStatic);
 
@@ -175,7 +177,13 @@ bool AddTransformKeys(ObjectConversion* c) {
       } else {
         poi = AheadOf(scenePosition, sceneRotation, c->rotationOrder);
       }
-      if (i == 0 || !(poi == lastPoi)) ok = c->anchorStream.AddKey(hostTime, ThreeD(poi.x, poi.y, poi.z));
+      const bool moved = !(poi == lastPoi);
+      // The point is known only frame by frame, so a hold is closed when the move after it
+      // shows: the frame before gets its key then, or the host would glide through the hold.
+      if (i > 1 && moved && !lastPoiKeyed)
+        ok = c->anchorStream.AddKey(HostFrameTime(in, hostScale, i - 1), ThreeD(lastPoi.x, lastPoi.y, lastPoi.z));
+      lastPoiKeyed = i == 0 || moved;
+      if (ok && lastPoiKeyed) ok = c->anchorStream.AddKey(hostTime, ThreeD(poi.x, poi.y, poi.z));
       lastPoi = poi;
     }
     lastPosition = p;

@@ -224,6 +224,23 @@ TEST_F(Roundtrip, ALayerStartingBetweenFramesKeepsItsFirstAndLastFrames) {
   ExpectBack(result, {"Early"}, "30");
 }
 
+TEST_F(Roundtrip, AimedLayersKeepTheirHoldsAndTheirParentsRoll) {
+  // "Waiting" holds still until its turn starts at 0.3 s, between frames 7 and 8: the point
+  // ahead of it must keep a key on frame 7, or the host glides it there from frame 0.
+  // "Rolled" looks along the axis of a parent that rolls three quarters of a turn: its own Z
+  // rotation must follow the parent's roll, which no track of its own carries.
+  const std::string layers = R"(
+  {"id": 1, "name": "Waiting", "type": "light", "light": {"type": "spot"}, "autoOrient": "off",
+   "transform": {"position": [300, 200, -500], "orientation": [10, 20, 30],
+     "rotationY": {"keys": [{"time": 0.3, "value": 0}, {"time": 1.9, "value": 200}]}}},
+  {"id": 2, "name": "Rolled", "type": "camera", "parent": 3,
+   "transform": {"pointOfInterest": [0, 0, 0], "position": [0, 0, -800]}},
+  {"id": 3, "name": "Roller", "source": 2, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [50, 50, 0], "position": [960, 540, 100],
+     "rotationZ": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": 270}]}}})";
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Waiting", "Rolled"}, "50");
+}
+
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
   // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
   // frame 12 still shows the first key's value and frame 38 is the first to show the last
