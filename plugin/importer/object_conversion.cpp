@@ -179,9 +179,13 @@ bool SetStaticStreams(ObjectConversion* c) {
       return false;
   }
   double lastRoll = 0.0;
-  const double z = c->isCameraOrLight && c->hasPointOfInterest
-                       ? HostRoll(c->sceneRotation, c->rotationOrder, false, &lastRoll)
-                       : c->rotation.z;
+  double z = c->rotation.z;
+  if (c->isCameraOrLight && c->targetObject) {
+    z = AimedRoll(*c, c->scenePosition, c->pointOfInterest, c->rawRotation, BaseTime(0, c->frameRate), false,
+                  &lastRoll);
+  } else if (c->isCameraOrLight && c->hasPointOfInterest) {
+    z = HostRoll(c->sceneRotation, c->rotationOrder, false, &lastRoll);
+  }
   return SetLayerStream(c->layer, AEGP_LayerStream_ROTATION, OneD(z), &c->rotationStream) == StreamResult::kSet;
 }
 
@@ -215,23 +219,42 @@ void CollectAncestors(BaseObject* object, std::vector<AncestorTransform>* ancest
   }
 }
 
+namespace {
+
+// An ancestor's place at `time`, and its scale there.
+Matrix AncestorMatrix(const AncestorTransform& record, const BaseTime& time, BaseDocument* document, Vector* scale) {
+  Vector p = record.position;
+  Vector r = record.rotation;
+  *scale = record.scale;
+  if (record.animated) {
+    ReadTracks(record.positionTracks, document, time, &p);
+    ReadTracks(record.rotationTracks, document, time, &r);
+    ReadTracks(record.scaleTracks, document, time, scale);
+  }
+  return TransformMatrix(p, r, *scale, record.rotationOrder);
+}
+
+}  // namespace
+
 void FlattenTransform(Vector* position, Vector* rotation, Vector* scale, const BaseTime& time, BaseDocument* document,
                       const std::vector<AncestorTransform>& ancestors, int32_t rotationOrder) {
   Matrix m = TransformMatrix(*position, *rotation, *scale, rotationOrder);
   for (const AncestorTransform& record : ancestors) {
-    Vector p = record.position;
-    Vector r = record.rotation;
-    Vector s = record.scale;
-    if (record.animated) {
-      ReadTracks(record.positionTracks, document, time, &p);
-      ReadTracks(record.rotationTracks, document, time, &r);
-      ReadTracks(record.scaleTracks, document, time, &s);
-    }
-    m = Multiply(TransformMatrix(p, r, s, record.rotationOrder), m);
+    Vector s;
+    m = Multiply(AncestorMatrix(record, time, document, &s), m);
     *scale = {scale->x * s.x, scale->y * s.y, scale->z * s.z};
   }
   *position = m.off;
   *rotation = MatrixToRotation(m, rotationOrder, false);
+}
+
+Matrix AncestorsMatrix(const BaseTime& time, BaseDocument* document, const std::vector<AncestorTransform>& ancestors) {
+  Matrix m;
+  for (const AncestorTransform& record : ancestors) {
+    Vector s;
+    m = Multiply(AncestorMatrix(record, time, document, &s), m);
+  }
+  return m;
 }
 
 void ToHostTransform(Vector* position, Vector* rotation, bool keepContinuity, Vector* lastRotation,
@@ -253,6 +276,23 @@ double HostRoll(const Vector& rotation, int32_t rotationOrder, bool keepContinui
   }
   *lastRoll = bank;
   return bank * kDegreesPerRadian;
+}
+
+double AimedRoll(const ObjectConversion& c, const Vector& position, const Vector& point, const Vector& ownRotation,
+                 const BaseTime& time, bool keepContinuity, double* lastRoll) {
+  const Matrix parents = AncestorsMatrix(time, g_importSession.document, c.ancestors);
+  // The line of sight in the parents' frame; the target is a host point, y down.
+  const Vector sight = TransformDirection(Invert(parents), Vector{point.x, -point.y, point.z} - position);
+  const double level = std::hypot(sight.x, sight.z);
+  Matrix aim;
+  aim.axisZ = Normalized(sight);
+  aim.axisX = level > 0.0 ? Vector{sight.z / level, 0.0, -sight.x / level} : Vector{1.0, 0.0, 0.0};
+  aim.axisY = Cross(aim.axisZ, aim.axisX);
+  // Heading and pitch come from the line of sight alone; the bank is the layer's own.
+  const Vector headingPitch = MatrixToRotation(aim, kRotationOrderHpb, true);
+  const double bank = MatrixToRotation(RotationToMatrix(ownRotation, c.rotationOrder), kRotationOrderHpb, false).z;
+  const Matrix world = Multiply(parents, RotationToMatrix({headingPitch.x, headingPitch.y, bank}, kRotationOrderHpb));
+  return HostRoll(MatrixToRotation(world, kRotationOrderHpb, false), kRotationOrderHpb, keepContinuity, lastRoll);
 }
 
 Vector TargetPoint(const ObjectConversion& c, const Vector& position, const BaseTime& time) {

@@ -72,6 +72,15 @@ Vector TargetPoint(const ObjectConversion& conversion, const Vector& position, c
 // `lastRoll` (radians) carries the roll from frame to frame, which keepContinuity keeps within
 // half a turn of it; without it the roll lies between -180 and 180 degrees.
 double HostRoll(const Vector& rotation, int32_t rotationOrder, bool keepContinuity, double* lastRoll);
+// The Z rotation, in degrees, of a camera or light that follows a target: the scene aims it
+// at the target (`point`, host terms) within its parents' frame by heading and pitch, so that
+// its horizon stays level in that frame, and it keeps its own bank. Under a parent that turns
+// the line of sight, that roll is not the bank of its stored rotation, which may look
+// elsewhere. `position` is the flattened place in scene terms, `ownRotation` its own rotation.
+double AimedRoll(const ObjectConversion& conversion, const Vector& position, const Vector& point,
+                 const Vector& ownRotation, const BaseTime& time, bool keepContinuity, double* lastRoll);
+// The ancestors' matrix at `time`, nearest applied first.
+Matrix AncestorsMatrix(const BaseTime& time, BaseDocument* document, const std::vector<AncestorTransform>& ancestors);
 // A point 1000 units ahead of an object, in host terms, from its scene rotation (heading,
 // pitch and bank) and position.
 Vector DerivePointOfInterest(const Vector& rotation, const Vector& position);

@@ -71,6 +71,32 @@ bool SampleVector(SampleKind kind, bool hasNext, const VectorTracks& tracks, Sam
   return moves;
 }
 
+// Keys of a value known only frame by frame: one where it differs from the frame before or
+// `moves` says it is in motion, and, when a change follows a hold, one on the hold's last frame
+// as well, so that the host does not glide through the hold.
+class HeldKeys {
+ public:
+  HeldKeys(OpenStream* stream, bool vector) : stream_(stream), vector_(vector) {}
+
+  bool Add(int32_t i, const A_Time& time, const A_Time& before, const Vector& value, bool moves) {
+    const bool changed = !(value == last_);
+    bool ok = true;
+    if (i > 1 && changed && !lastKeyed_) ok = stream_->AddKey(before, Of(last_));
+    lastKeyed_ = i == 0 || changed || moves;
+    if (ok && lastKeyed_) ok = stream_->AddKey(time, Of(value));
+    last_ = value;
+    return ok;
+  }
+
+ private:
+  AEGP_StreamVal2 Of(const Vector& v) const { return vector_ ? ThreeD(v.x, v.y, v.z) : OneD(v.x); }
+
+  OpenStream* stream_;
+  bool vector_;
+  Vector last_;
+  bool lastKeyed_ = false;
+};
+
 bool AnyAnimatedAncestor(const std::vector<AncestorTransform>& ancestors) {
   for (const AncestorTransform& record : ancestors)
     if (record.animated) return true;
@@ -120,8 +146,10 @@ bool AddTransformKeys(ObjectConversion* c) {
   bool ok = c->positionStream.StartKeys();
   if (ok && c->isPlainObject) ok = c->scaleStream.StartKeys();
   if (ok && !poiOnly) ok = c->rotateXStream.StartKeys() && c->rotateYStream.StartKeys();
-  // An aimed layer's Z rotation is its roll, which its own bank track or a turning parent moves.
-  if (ok && (!poiOnly || rotation.tracks[2] || animatedAncestor)) ok = c->rotationStream.StartKeys();
+  // An aimed layer's Z rotation is its roll, which its own bank track or a turning parent moves,
+  // or, under a parent turned at all, a target that moves the line of sight.
+  const bool rolls = rotation.tracks[2] || animatedAncestor || (target.Any() && !c->ancestors.empty());
+  if (ok && (!poiOnly || rolls)) ok = c->rotationStream.StartKeys();
   if (ok && animatesPoi) ok = c->anchorStream.StartKeys();
   if (!ok) return false;
 
@@ -134,9 +162,9 @@ bool AddTransformKeys(ObjectConversion* c) {
   Sampled positionSample{c->rawPosition, c->rawPosition, c->rawPosition};
   Sampled rotationSample{c->rawRotation, c->rawRotation, c->rawRotation};
   Sampled scaleSample{c->rawScale, c->rawScale, c->rawScale};
-  Vector lastPosition, lastRotation, lastHostRotation, lastPoi;
+  Vector lastPosition, lastRotation, lastHostRotation;
   double lastRoll = 0.0;
-  bool lastPoiKeyed = false;
+  HeldKeys pointKeys(&c->anchorStream, true), rollKeys(&c->rotationStream, false);
   Vector targetStatic;
   if (c->targetObject) t_ORYOS_Bo->GetPosition(c->targetObject, &targetStatic);
 
@@ -158,34 +186,33 @@ bool AddTransformKeys(ObjectConversion* c) {
     if (!c->ancestors.empty()) FlattenTransform(&p, &r, &s, t, document, c->ancestors, c->rotationOrder);
     const Vector scenePosition = p, sceneRotation = r;
     ToHostTransform(&p, &r, i != 0, &lastRotation, c->rotationOrder);
-    if (poiOnly) r.z = HostRoll(sceneRotation, c->rotationOrder, i != 0, &lastRoll);
+    Vector poi = c->pointOfInterest;
+    if (animatesPoi && c->targetObject) {
+      Vector own = targetStatic;
+      ReadAt(target, t, &own);
+      poi = TargetPoint(*c, own, t);
+    } else if (animatesPoi) {
+      poi = AheadOf(scenePosition, sceneRotation, c->rotationOrder);
+    }
+    if (c->targetObject) {
+      r.z = AimedRoll(*c, scenePosition, poi, rotationSample.value, t, i != 0, &lastRoll);
+    } else if (poiOnly) {
+      r.z = HostRoll(sceneRotation, c->rotationOrder, i != 0, &lastRoll);
+    }
 
+    const A_Time before = HostFrameTime(in, hostScale, i - 1);
     if (i == 0 || !(p == lastPosition) || positionMoves) ok = c->positionStream.AddKey(hostTime, ThreeD(p.x, p.y, p.z));
     const bool zeroScale = s == Vector{0.0, 0.0, 0.0};
     if (ok && c->isPlainObject && !(i > 0 && zeroScale && !scaleMoves))
       ok = c->scaleStream.AddKey(hostTime, ThreeD(s.x * 100.0, s.y * 100.0, s.z * 100.0));
-    if (ok && !(i > 0 && r == lastHostRotation && !rotationMoves)) {
-      if (!poiOnly) ok = c->rotateXStream.AddKey(hostTime, OneD(r.x)) && c->rotateYStream.AddKey(hostTime, OneD(r.y));
-      if (ok) ok = c->rotationStream.AddKey(hostTime, OneD(r.z));
+    if (ok && poiOnly) {
+      // The roll may change with the point of interest, which is known only frame by frame.
+      ok = rollKeys.Add(i, hostTime, before, Vector{r.z, 0.0, 0.0}, rotationMoves);
+    } else if (ok && !(i > 0 && r == lastHostRotation && !rotationMoves)) {
+      ok = c->rotateXStream.AddKey(hostTime, OneD(r.x)) && c->rotateYStream.AddKey(hostTime, OneD(r.y)) &&
+           c->rotationStream.AddKey(hostTime, OneD(r.z));
     }
-    if (ok && animatesPoi) {
-      Vector poi;
-      if (c->targetObject) {
-        Vector own = targetStatic;
-        ReadAt(target, t, &own);
-        poi = TargetPoint(*c, own, t);
-      } else {
-        poi = AheadOf(scenePosition, sceneRotation, c->rotationOrder);
-      }
-      const bool moved = !(poi == lastPoi);
-      // The point is known only frame by frame, so a hold is closed when the move after it
-      // shows: the frame before gets its key then, or the host would glide through the hold.
-      if (i > 1 && moved && !lastPoiKeyed)
-        ok = c->anchorStream.AddKey(HostFrameTime(in, hostScale, i - 1), ThreeD(lastPoi.x, lastPoi.y, lastPoi.z));
-      lastPoiKeyed = i == 0 || moved;
-      if (ok && lastPoiKeyed) ok = c->anchorStream.AddKey(hostTime, ThreeD(poi.x, poi.y, poi.z));
-      lastPoi = poi;
-    }
+    if (ok && animatesPoi) ok = pointKeys.Add(i, hostTime, before, poi, false);
     lastPosition = p;
     lastHostRotation = r;
   }

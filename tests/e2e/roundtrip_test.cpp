@@ -228,8 +228,16 @@ TEST_F(Roundtrip, AimedLayersKeepTheirHoldsAndTheirParentsRoll) {
   // "Waiting" holds still until its turn starts at 0.3 s, between frames 7 and 8: the point
   // ahead of it must keep a key on frame 7, or the host glides it there from frame 0.
   // "Rolled" looks along the axis of a parent that rolls three quarters of a turn: its own Z
-  // rotation must follow the parent's roll, which no track of its own carries.
+  // rotation must follow the parent's roll, which no track of its own carries. "Tracking" sits
+  // under a parent that stands turned about Z and X and follows a moving point of interest: in
+  // that parent's frame its horizon stays level, so its roll in the host changes as it turns,
+  // although its stored rotation in the scene looks at where the point was at the start.
   const std::string layers = R"(
+  {"id": 4, "name": "Tracking", "type": "camera", "parent": 5,
+   "transform": {"position": [0, 0, -800],
+     "pointOfInterest": {"keys": [{"time": 0.2, "value": [0, 0, 0]}, {"time": 1.8, "value": [400, 200, 100]}]}}},
+  {"id": 5, "name": "Tilt", "source": 2, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [50, 50, 0], "position": [960, 540, 100], "rotationZ": 40, "rotationX": 30}},
   {"id": 1, "name": "Waiting", "type": "light", "light": {"type": "spot"}, "autoOrient": "off",
    "transform": {"position": [300, 200, -500], "orientation": [10, 20, 30],
      "rotationY": {"keys": [{"time": 0.3, "value": 0}, {"time": 1.9, "value": 200}]}}},
@@ -238,7 +246,7 @@ TEST_F(Roundtrip, AimedLayersKeepTheirHoldsAndTheirParentsRoll) {
   {"id": 3, "name": "Roller", "source": 2, "null": true, "threeD": true,
    "transform": {"anchorPoint": [50, 50, 0], "position": [960, 540, 100],
      "rotationZ": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": 270}]}}})";
-  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Waiting", "Rolled"}, "50");
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Waiting", "Rolled", "Tracking"}, "50");
 }
 
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
