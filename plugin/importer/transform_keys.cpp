@@ -97,6 +97,16 @@ class HeldKeys {
   bool lastKeyed_ = false;
 };
 
+// The point of interest at `time`, host terms: where the target stands, or, without one, the
+// point ahead of the flattened light.
+Vector PointOfInterestAt(const ObjectConversion& c, const VectorTracks& target, const Vector& targetStatic,
+                         const Vector& scenePosition, const Vector& sceneRotation, const BaseTime& time) {
+  if (!c.targetObject) return AheadOf(scenePosition, sceneRotation, c.rotationOrder);
+  Vector own = targetStatic;
+  ReadAt(target, time, &own);
+  return TargetPoint(c, own, time);
+}
+
 bool AnyAnimatedAncestor(const std::vector<AncestorTransform>& ancestors) {
   for (const AncestorTransform& record : ancestors)
     if (record.animated) return true;
@@ -186,14 +196,8 @@ bool AddTransformKeys(ObjectConversion* c) {
     if (!c->ancestors.empty()) FlattenTransform(&p, &r, &s, t, document, c->ancestors, c->rotationOrder);
     const Vector scenePosition = p, sceneRotation = r;
     ToHostTransform(&p, &r, i != 0, &lastRotation, c->rotationOrder);
-    Vector poi = c->pointOfInterest;
-    if (animatesPoi && c->targetObject) {
-      Vector own = targetStatic;
-      ReadAt(target, t, &own);
-      poi = TargetPoint(*c, own, t);
-    } else if (animatesPoi) {
-      poi = AheadOf(scenePosition, sceneRotation, c->rotationOrder);
-    }
+    const Vector poi = animatesPoi ? PointOfInterestAt(*c, target, targetStatic, scenePosition, sceneRotation, t)
+                                   : c->pointOfInterest;
     if (c->targetObject) {
       r.z = AimedRoll(*c, scenePosition, poi, rotationSample.value, t, i != 0, &lastRoll);
     } else if (poiOnly) {
