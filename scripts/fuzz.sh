@@ -18,10 +18,10 @@ targets=(
   "scene_file_fuzz quillon/fuzz/corpus"
   "scene_json_fuzz quillon/fuzz/json_corpus"
   "project_json_fuzz aehost/model/tests/data"
-  "answers_fuzz -"
-  "dialect_fuzz -"
   "string_file_fuzz plugin/support/res/strings"
   "scene_header_fuzz quillon/fuzz/corpus"
+  "answers_fuzz -"
+  "dialect_fuzz -"
 )
 
 cmake -S "$here" -B "$build" -G Ninja -DQAE_FUZZ=ON \
