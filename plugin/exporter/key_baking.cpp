@@ -33,14 +33,6 @@ void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times) {
   for (int32_t i = from; i <= to; ++i) InsertFrame(times, i, exporter.firstFrame, exporter.fps, exporter.frameDuration);
 }
 
-// The frames at which the host shows the layer, from its in point up to its out point.
-FrameSpan LayerFrames(const AEToOry& exporter, AEGP_LayerH layer) {
-  A_Time in{0, 1}, duration{0, 1};
-  LayerSuite13()->AEGP_GetLayerInPoint(layer, AEGP_LTimeMode_CompTime, &in);
-  LayerSuite13()->AEGP_GetLayerDuration(layer, AEGP_LTimeMode_CompTime, &duration);
-  return LayerFrameSpan(in, duration, exporter.frameDuration);
-}
-
 // The earliest and latest host time of the entries; an empty map gives an empty interval.
 // Spans are bounded in the host's seconds, never in document seconds: at 29.97 frames per
 // second frame 30 is 1 s in the document but 1.001 s in After Effects.
@@ -55,6 +47,13 @@ std::pair<double, double> HostBounds(const TimeMap& times) {
 }
 
 }  // namespace
+
+FrameSpan LayerFrames(const AEToOry& exporter, AEGP_LayerH layer) {
+  A_Time in{0, 1}, duration{0, 1};
+  LayerSuite13()->AEGP_GetLayerInPoint(layer, AEGP_LTimeMode_CompTime, &in);
+  LayerSuite13()->AEGP_GetLayerDuration(layer, AEGP_LTimeMode_CompTime, &duration);
+  return LayerFrameSpan(in, duration, exporter.frameDuration);
+}
 
 int32_t CountStreamKeys(AEGP_LayerH layer, AEGP_StreamRefH stream) {
   A_long count = 0;

@@ -1,5 +1,6 @@
 #include "plugin/exporter/transform_channels.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "plugin/exporter/exporter_host.h"
@@ -115,6 +116,16 @@ A_Time LargestMatrixTime(AEToOry& exporter, AEGP_LayerH layer) {
   return bestTime;
 }
 
+// The time at which an object's static place is read: the first frame at which the layer is
+// shown in the composition. Its keys cover only the frames where it is shown, and where they
+// say nothing (all equal, or none because the layer's keys end before its in point) the static
+// place is what the scene shows, so it must be the place the layer has while it is seen.
+A_Time StaticTime(AEToOry& exporter, AEGP_LayerH layer) {
+  if (exporter.frameDuration.value <= 0) return exporter.compStart;
+  const int32_t frame = std::max(LayerFrames(exporter, layer).first, 0);
+  return A_Time{frame * exporter.frameDuration.value, exporter.frameDuration.scale};
+}
+
 bool Collapsed(const Vector& scale) {
   return scale.x < kCollapsedScale || scale.y < kCollapsedScale || scale.z < kCollapsedScale;
 }
@@ -169,7 +180,7 @@ AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
 // animated point under a solid parent would jump by half the solid's size from its static place.
 A_Err PlaceTarget(AEToOry& exporter, BaseObject* target, AEGP_LayerH layer, const LayerStream& anchor) {
   StreamValue value;
-  A_Err err = value.Read(anchor.get(), exporter.compStart);
+  A_Err err = value.Read(anchor.get(), StaticTime(exporter, layer));
   if (err) return err;
   Vector p = HostToSceneVector(value.value().three_d.x, value.value().three_d.y, value.value().three_d.z);
   Vector centre;
@@ -270,7 +281,12 @@ A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer
   const bool followsTarget = FollowsTarget(flags, type, lightKind);
   if (!(flags & AEGP_LayerFlag_VIDEO_ACTIVE)) t_ORYOS_Bo->SetMode(object, kObjectModeSwitch, kObjectModeOff);
 
-  TransformStreams s = OpenTransformStreams(layer, isPlaneOrNull);
+  // A camera or light that looks at its point of interest turns when the point moves, whether
+  // or not it is given a target: the point's keys are keys of its matrix too.
+  const bool looksAtPoint = (flags & AEGP_LayerFlag_LOOK_AT_POI) &&
+                            (type == ObjectType_Camera || type == ObjectType_KvCamera || type == ObjectType_Light ||
+                             type == ObjectType_KvLight);
+  TransformStreams s = OpenTransformStreams(layer, isPlaneOrNull || looksAtPoint);
   const bool hasRotation = WantsRotation(layer, s);
 
   BaseObject* target = nullptr;
@@ -298,7 +314,7 @@ A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer
     Vector position, rotation, scale{1.0, 1.0, 1.0};
     const bool useCentre = isPlaneOrNull && s.anchor;
     A_Matrix4 m{};
-    err = LayerMatrixAt(exporter, layer, exporter.compStart, &m);
+    err = LayerMatrixAt(exporter, layer, StaticTime(exporter, layer), &m);
     DecomposeLayerMatrix(*width, *height, useCentre, hasScale, &position, &rotation, &scale, false, nullptr, m);
     if (!err && Collapsed(scale)) {
       err = LayerMatrixAt(exporter, layer, LargestMatrixTime(exporter, layer), &m);

@@ -4,6 +4,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
+#include "plugin/importer/camera_light_conversion.h"
 #include "plugin/importer/import_file.h"
 #include "plugin/importer/import_session.h"
 #include "plugin/importer/scene_read.h"
@@ -132,6 +133,13 @@ bool LayerTimeRange(BaseObject* effective, const ObjectConversion& c, A_Time* in
 
 // The point of interest of a camera or light, and whether it moves with the light's turn.
 void FindPointOfInterest(BaseObject* effective, int32_t type, ObjectConversion* c) {
+  // The host gives only spot and parallel lights a point of interest; a point or ambient light
+  // is turned by its rotations alone, as a camera without a target is.
+  if (IsLight(type)) {
+    const bool kv = type == ObjectType_KvLight;
+    const int32_t hostType = HostLightType(kv, ContainerInt32(effective, kv ? KvLightParam_Type : LightParam_Type, 0));
+    if (hostType != AEGP_LightType_SPOT && hostType != AEGP_LightType_PARALLEL) return;
+  }
   if (BaseTag* tag = t_ORYOS_Bo->GetTag(effective, TagType_Target, 0)) {
     const ParamContainer* data = t_ORYOS_Bl->GetDataInstance(tag);
     if (data)
@@ -150,8 +158,9 @@ void FindPointOfInterest(BaseObject* effective, int32_t type, ObjectConversion* 
   if (!IsLight(type)) return;
   c->hasPointOfInterest = true;
   c->pointOfInterest = AheadOf(c->scenePosition, c->sceneRotation, c->rotationOrder);
-  c->derivesPointOfInterest = type == ObjectType_Light ? ContainerInt32(effective, LightParam_Type, 0) != 0
-                                                       : ContainerInt32(effective, KvLightParam_Type, 0) != 1;
+  // The point follows the light's turn for every kind: a point light shines the same whichever
+  // way it looks, but its layer's transform then stays the light's.
+  c->derivesPointOfInterest = true;
 }
 
 // The transform's static values, streams left open; false when a stream was not legal or

@@ -249,6 +249,26 @@ TEST_F(Roundtrip, AimedLayersKeepTheirHoldsAndTheirParentsRoll) {
   ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Waiting", "Rolled", "Tracking"}, "50");
 }
 
+TEST_F(Roundtrip, WhatTurnsOrPlacesALayerIsCarriedWhereTheLayerIsSeen) {
+  // "Turner" has a turn of its own (Z 30), so it gets no target, and its moving point of
+  // interest must be baked into its rotation. "Bulb" is a point light, which the host gives no
+  // point of interest: its Y rotation must come back as a rotation. "After" is seen from 1 s,
+  // when its keys (0 to 0.5 s) are over: its place is where they left it, not where it was at 0.
+  const std::string layers = R"(
+  {"id": 1, "name": "Turner", "type": "light", "light": {"type": "spot"},
+   "transform": {"position": [300, 200, -800], "rotationZ": 30,
+     "pointOfInterest": {"keys": [{"time": 0.2, "value": [960, 540, 0]}, {"time": 1.8, "value": [200, 900, 300]}]}}},
+  {"id": 2, "name": "Bulb", "type": "light", "light": {"type": "point"},
+   "transform": {"rotationY": 20,
+     "position": {"keys": [{"time": 0.5, "value": [300, 400, -200]}, {"time": 1.5, "value": [-200, -200, 200]}]}}},
+  {"id": 3, "name": "After", "type": "camera", "inPoint": 1, "duration": 1,
+   "transform": {"pointOfInterest": [960, 540, 0],
+     "position": {"keys": [{"time": 0, "value": [0, 0, -800]}, {"time": 0.5, "value": [500, 100, -300]}]}}})";
+  const auto result = Run({Write(Comp(layers)), "--comp", "Main"});
+  ExpectBack(result, {"Turner", "Bulb"}, "50");
+  ExpectBack(result, {"After"}, "25");
+}
+
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
   // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
   // frame 12 still shows the first key's value and frame 38 is the first to show the last
