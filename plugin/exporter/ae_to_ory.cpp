@@ -163,7 +163,7 @@ bool AEToOry::ExportLayers(AEGP_CompH comp, AEGP_LayerH layer, BaseObject* node,
 bool AEToOry::ExportRest(AEGP_CompH comp, AEGP_LayerH layer, BaseObject* node, uint32_t layerIndex) {
   if (!PushComp(comp, layer, node, layerIndex)) return false;
   const bool walked = Walk(*this, layer, node, WalkMode::link);
-  if (!layer) RebasePendingKeys();
+  if (!layer) RebasePending();
   // A scene always has a camera: without a camera layer anywhere, After Effects' own view.
   if (!layer && !foundCamera) AddDefaultCamera(*this);
   PopComp();
@@ -180,7 +180,7 @@ int32_t Depth(SceneNode* node) {
 
 }  // namespace
 
-void AEToOry::RebasePendingKeys() {
+void AEToOry::RebasePending() {
   // A precomposition used by two layers has its objects made and placed twice; the second
   // placing, with the values written last, is the one that holds.
   std::unordered_map<BaseObject*, size_t> last;
@@ -193,7 +193,7 @@ void AEToOry::RebasePendingKeys() {
   std::stable_sort(byDepth.begin(), byDepth.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
   for (const auto& [depth, pending] : byDepth)
-    RebaseKeysToParent(pending.object, pending.world, firstFrame, frameCount, fps, document);
+    RebaseToParent(pending.object, pending.world, pending.staticFrame, firstFrame, frameCount, fps, document);
   pendingRebases.clear();
 }
 

@@ -23,10 +23,11 @@ struct CompStackEntry {
   double zOffset = 0.0;         // depth that keeps layers of one plane apart, see the walk
 };
 
-// An object with transform keys, placed under its parent, whose keys still hold world values.
+// An object put under its parent, whose static place and keys still hold world values.
 struct PendingRebase {
   BaseObject* object = nullptr;
-  Matrix world;  // the static world matrix it held before it was placed
+  Matrix world;             // the static world matrix it held before it was placed
+  int32_t staticFrame = 0;  // the composition's frame at which that matrix was read
 };
 
 class AEToOry {
@@ -84,8 +85,9 @@ class AEToOry {
   std::unordered_map<std::string, BaseObject*> objectsByKey;
   std::unordered_map<int32_t, BaseObject*> objectsByLayerId;
 
-  // Keys are made relative to their parents once every object is in its place, parents first,
-  // because a parent's path over time is known only when its own keys are relative.
+  // Static places and keys are made relative to their parents once every object is in its
+  // place, parents first, because a parent's path over time is known only when its own static
+  // place and keys are relative.
   std::vector<PendingRebase> pendingRebases;
-  void RebasePendingKeys();
+  void RebasePending();
 };

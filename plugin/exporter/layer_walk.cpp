@@ -213,7 +213,6 @@ A_Err LinkLayer(AEToOry& exporter, AEGP_LayerH layer, BaseObject* defaultParent,
   }
   t_ORYOS_At->Remove(object);
   t_ORYOS_At->InsertUnder(object, parent);
-  const Matrix world = PlaceUnderParent(object);
-  if (HasTransformTracks(object)) exporter.pendingRebases.push_back({object, world});
+  exporter.pendingRebases.push_back({object, PlaceUnderParent(object), StaticFrame(exporter, layer)});
   return err;
 }

@@ -227,8 +227,6 @@ class ParentPath {
 
 }  // namespace
 
-bool HasTransformTracks(BaseObject* object) { return object && FindTransformTracks(object).any; }
-
 Matrix PlaceUnderParent(BaseObject* object) {
   // The object still holds world values; placing it at its world matrix under the new parent
   // gives the local matrix that keeps it where After Effects has it.
@@ -237,11 +235,15 @@ Matrix PlaceUnderParent(BaseObject* object) {
   return world;
 }
 
-void RebaseKeysToParent(BaseObject* object, const Matrix& world, int32_t firstFrame, int32_t frameCount, int32_t fps,
-                        BaseDocument* document) {
+void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame, int32_t firstFrame,
+                    int32_t frameCount, int32_t fps, BaseDocument* document) {
   auto* parent = static_cast<BaseObject*>(t_ORYOS_At->GetUp(object));
+  if (!parent) return;
+  ParentPath staticPath(parent);
+  const Matrix staticLocal = Multiply(Invert(staticPath.At(document, BaseTime(firstFrame + staticFrame, fps))), world);
+  t_ORYOS_Bo->SetLocalMatrix(object, &staticLocal);
   ObjectTracks tracks = FindTransformTracks(object);
-  if (!parent || !tracks.any) return;
+  if (!tracks.any) return;
   ParentPath parentPath(parent);
   const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
   Matrix current = world;

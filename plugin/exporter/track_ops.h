@@ -27,21 +27,19 @@ void SimplifyTrack(AnimTrack* track);
 // Adds `by` to every key of the track of `id` on `object`, if that track exists.
 void ShiftTrackKeys(SceneNode* object, const ParamId& id, double by);
 
-// Whether the object has a track of position, rotation or scale.
-bool HasTransformTracks(BaseObject* object);
-
 // The object was made with world values and has just been put under its parent: its values
-// become local to the parent's matrix, so that it stays where After Effects has it. Gives the
-// world matrix it held, which RebaseKeysToParent needs.
+// become local to the parent's static matrix, which holds until RebaseToParent. Gives the
+// world matrix it held.
 Matrix PlaceUnderParent(BaseObject* object);
 
-// Its keys were baked in world terms as well: each becomes local to where the parent stands at
-// that frame, with the parent's own keys and those of its ancestors, so that a child keyed
-// under an animated parent does not take the parent's move twice. The parent's keys must be
-// local already, so parents are rebased before their children. A frame without a key stays
-// without one.
-void RebaseKeysToParent(BaseObject* object, const Matrix& world, int32_t firstFrame, int32_t frameCount, int32_t fps,
-                        BaseDocument* document);
+// Makes the object's static place and keys, baked in world terms, local to where its parent
+// stands at each frame, with the parent's own keys and those of its ancestors: the static place
+// against the parent at `staticFrame`, the composition's frame at which `world` was read, and
+// each key against the parent at its frame, so that a child under an animated parent does not
+// take the parent's move twice. The parent's place and keys must be local already, so parents
+// are rebased before their children. A frame without a key stays without one.
+void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame, int32_t firstFrame,
+                    int32_t frameCount, int32_t fps, BaseDocument* document);
 
 // The three curves of a vector's tracks; a missing track gives no curve and takes no key.
 class TrackCurves {

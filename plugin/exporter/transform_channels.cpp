@@ -116,14 +116,9 @@ A_Time LargestMatrixTime(AEToOry& exporter, AEGP_LayerH layer) {
   return bestTime;
 }
 
-// The time at which an object's static place is read: the first frame at which the layer is
-// shown in the composition. Its keys cover only the frames where it is shown, and where they
-// say nothing (all equal, or none because the layer's keys end before its in point) the static
-// place is what the scene shows, so it must be the place the layer has while it is seen.
 A_Time StaticTime(AEToOry& exporter, AEGP_LayerH layer) {
   if (exporter.frameDuration.value <= 0) return exporter.compStart;
-  const int32_t frame = std::max(LayerFrames(exporter, layer).first, 0);
-  return A_Time{frame * exporter.frameDuration.value, exporter.frameDuration.scale};
+  return A_Time{StaticFrame(exporter, layer) * exporter.frameDuration.value, exporter.frameDuration.scale};
 }
 
 bool Collapsed(const Vector& scale) {
@@ -253,6 +248,8 @@ void SetTargetPriority(ParamContainer* container) {
 }
 
 }  // namespace
+
+int32_t StaticFrame(AEToOry& exporter, AEGP_LayerH layer) { return std::max(LayerFrames(exporter, layer).first, 0); }
 
 A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m) {
   A_Err err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &time, m);

@@ -20,6 +20,12 @@ A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer
 // precomposition keep the move.
 A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m);
 
+// The frame of the composition at which an object's static place is read: the first at which
+// the layer is shown. Its keys cover only the frames where it is shown, and where they say
+// nothing (all equal, or none because the layer's keys end before its in point) the static
+// place is what the scene shows, so it must be the place the layer has while it is seen.
+int32_t StaticFrame(AEToOry& exporter, AEGP_LayerH layer);
+
 // A null object right behind `object`, and a target tag on `object` that links to it.
 BaseObject* CreateTarget(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer);
 

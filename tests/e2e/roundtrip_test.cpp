@@ -269,6 +269,22 @@ TEST_F(Roundtrip, WhatTurnsOrPlacesALayerIsCarriedWhereTheLayerIsSeen) {
   ExpectBack(result, {"After"}, "25");
 }
 
+TEST_F(Roundtrip, ALateChildOfAMovingParentStaysWithIt) {
+  // "Lantern" has no keys and is seen from 0.24 s; its parent moves and grows from the start.
+  // Its place is read where it is first seen, so it is made relative to where the parent stands
+  // then, not where the parent stood at the start.
+  const std::string layers = R"(
+  {"id": 1, "name": "Lantern", "type": "light", "parent": 2, "inPoint": 0.24, "duration": 1,
+   "autoOrient": "off", "light": {"type": "parallel"},
+   "transform": {"position": [-26, 146, -800], "orientation": [-10.7, -7.8, -12.7]}},
+  {"id": 2, "name": "Carrier", "source": 2, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [50, 50, 0],
+     "position": {"keys": [{"time": 0, "value": [684, 287, 950]}, {"time": 1.8, "value": [275, 402, 274]}]},
+     "scale": {"keys": [{"time": 0, "value": [100, 100, 100]}, {"time": 2, "value": [150, 150, 150]}]}}})";
+  // Seen from frame 6 (0.24 s) for 1 s: frames 6 to 30.
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Lantern"}, "25");
+}
+
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
   // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
   // frame 12 still shows the first key's value and frame 38 is the first to show the last
