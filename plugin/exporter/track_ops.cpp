@@ -94,10 +94,27 @@ void ReadTracks(TrackCursor* tracks, BaseDocument* document, const BaseTime& tim
   }
 }
 
-// Rewrites the key at the cursors' frame of each track; frames without a key stay without one.
-void RewriteKeys(const TrackCursor* tracks, Vector value) {
+// The keys that stand at the cursors' frame, by track; null where a track has none there.
+struct FrameKeys {
+  AnimKey* position[3] = {};
+  AnimKey* rotation[3] = {};
+  AnimKey* scale[3] = {};
+};
+
+FrameKeys KeysAtCursors(const ObjectTracks& tracks) {
+  FrameKeys keys;
   for (int i = 0; i < 3; ++i) {
-    if (tracks[i].atTime) t_ORYOS_CA->SetKeyValue(tracks[i].atTime, tracks[i].curve, *Component(value, i));
+    keys.position[i] = tracks.position[i].atTime;
+    keys.rotation[i] = tracks.rotation[i].atTime;
+    keys.scale[i] = tracks.scale[i].atTime;
+  }
+  return keys;
+}
+
+// Rewrites the keys of one frame; frames without a key stay without one.
+void RewriteKeys(const TrackCursor* tracks, AnimKey* const keys[3], Vector value) {
+  for (int i = 0; i < 3; ++i) {
+    if (keys[i]) t_ORYOS_CA->SetKeyValue(keys[i], tracks[i].curve, *Component(value, i));
   }
 }
 
@@ -244,12 +261,12 @@ void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame
   t_ORYOS_Bo->SetLocalMatrix(object, &staticLocal);
   ObjectTracks tracks = FindTransformTracks(object);
   if (!tracks.any) return;
-  ParentPath parentPath(parent);
   const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
+  // All world values are read before any key is rewritten: a component pruned at a frame reads
+  // its value between two keys, which must both still hold world values.
+  std::vector<Matrix> worlds;
+  std::vector<FrameKeys> keys;
   Matrix current = world;
-  // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
-  // past a full circle does not jump back at each rewritten key.
-  std::optional<Vector> previousLocalRotation;
   for (int32_t i = 0; i <= frameCount; ++i) {
     Vector rotation = MatrixToRotation(current, order, false);
     Vector position = current.off;
@@ -259,14 +276,21 @@ void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame
     ReadTracks(tracks.rotation, document, time, &rotation);
     ReadTracks(tracks.scale, document, time, &scale);
     current = ComposeMatrix(position, rotation, scale, order);
-
-    const Matrix local = Multiply(Invert(parentPath.At(document, time)), current);
-    RewriteKeys(tracks.position, local.off);
+    worlds.push_back(current);
+    keys.push_back(KeysAtCursors(tracks));
+  }
+  ParentPath parentPath(parent);
+  // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
+  // past a full circle does not jump back at each rewritten key.
+  std::optional<Vector> previousLocalRotation;
+  for (int32_t i = 0; i <= frameCount; ++i) {
+    const Matrix local = Multiply(Invert(parentPath.At(document, BaseTime(i + firstFrame, fps))), worlds[i]);
+    RewriteKeys(tracks.position, keys[i].position, local.off);
     Vector localRotation = MatrixToRotation(local, order, false);
     if (previousLocalRotation) localRotation = BestAngle(*previousLocalRotation, localRotation, order);
     previousLocalRotation = localRotation;
-    RewriteKeys(tracks.rotation, localRotation);
-    RewriteKeys(tracks.scale, AxisLengths(local));
+    RewriteKeys(tracks.rotation, keys[i].rotation, localRotation);
+    RewriteKeys(tracks.scale, keys[i].scale, AxisLengths(local));
   }
 }
 

@@ -285,6 +285,22 @@ TEST_F(Roundtrip, ALateChildOfAMovingParentStaysWithIt) {
   ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Lantern"}, "25");
 }
 
+TEST_F(Roundtrip, AChildWhoseWorldHoldsStillInOneAxisKeepsItsPlace) {
+  // "Rider" stands still on its parent, which turns about X (0.28 s to 1.49 s) and moves
+  // (0.83 s to 0.96 s). The rider's baked world x keeps still while the parent only turns, so
+  // those keys are pruned; when its keys are made relative to the parent, the pruned x must be
+  // read between keys that still hold world values.
+  const std::string layers = R"(
+  {"id": 1, "name": "Rider", "type": "camera", "parent": 2,
+   "transform": {"position": [-159, -207, -800],
+     "pointOfInterest": {"keys": [{"time": 0.13, "value": [91, -195, 137]}, {"time": 1.4, "value": [-3, 167, -10]}]}}},
+  {"id": 2, "name": "Mount", "source": 2, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [50, 50, 0], "rotationZ": 55.4,
+     "position": {"keys": [{"time": 0.83, "value": [647, 610, 858]}, {"time": 0.96, "value": [459, 835, 210]}]},
+     "rotationX": {"keys": [{"time": 0.28, "value": -68.4}, {"time": 1.49, "value": 104.1}]}}})";
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Rider"}, "50");
+}
+
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
   // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
   // frame 12 still shows the first key's value and frame 38 is the first to show the last
