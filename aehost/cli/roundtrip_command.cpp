@@ -48,6 +48,14 @@ std::string WhyNotBack(const Layer& layer) {
     return "no compositing tag";
 }
 
+// A layer is shown from its in point up to, not including, its out point. Times a
+// nanosecond apart count as equal, so that a frame lying on the out point (1.68 s at
+// 25 fps for a layer from 0.68 s lasting 1 s) is not taken as shown for a rounding.
+bool ShownAt(const Layer& layer, double time) {
+    constexpr double kSameTime = 1e-9;
+    return time > layer.inPoint - kSameTime && time < layer.inPoint + layer.duration - kSameTime;
+}
+
 // Rows 0..2 of a layer-to-world matrix carry the scale; only their directions
 // are the layer's rotation.
 void UnitAxes(const Matrix4& m, double axes[3][3]) {
@@ -87,7 +95,7 @@ LayerDifference CompareLayer(const Project& original, const Item& comp, const La
     const int compFrames = static_cast<int>(std::lround(comp.duration * comp.frameRate));
     for (int frame = 0; frame < compFrames; ++frame) {
         const double time = frame / comp.frameRate;
-        if (time < layer.inPoint || time >= layer.inPoint + layer.duration) continue;
+        if (!ShownAt(layer, time)) continue;
         const Matrix4 a = LayerToWorld(original, comp, layer, time);
         const Matrix4 b = LayerToWorld(imported, *importedComp, *back, time);
         difference.position = std::max(difference.position, PositionDifference(a, b));

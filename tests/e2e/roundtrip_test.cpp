@@ -301,6 +301,16 @@ TEST_F(Roundtrip, AChildWhoseWorldHoldsStillInOneAxisKeepsItsPlace) {
   ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Rider"}, "50");
 }
 
+TEST_F(Roundtrip, AFrameOnTheOutPointIsNotCompared) {
+  // Seen from 0.68 s for 1 s at 25 fps: frames 17 to 41, 25 frames; frame 42 lies on the out
+  // point, 1.68 s, where the layer is no longer shown (0.68 + 1 is a hair above 1.68 in
+  // doubles). "Mover" moves from 1.64 s on, so at frame 42 it stands elsewhere.
+  const std::string layers = R"(
+  {"id": 1, "name": "Mover", "type": "camera", "autoOrient": "off", "inPoint": 0.68, "duration": 1,
+   "transform": {"position": {"keys": [{"time": 1.64, "value": [-259, 315, 339]}, {"time": 1.74, "value": [-307, 391, 401]}]}}})";
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Mover"}, "25");
+}
+
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
   // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
   // frame 12 still shows the first key's value and frame 38 is the first to show the last
