@@ -157,8 +157,10 @@ bool AddTransformKeys(ObjectConversion* c) {
   if (ok && c->isPlainObject) ok = c->scaleStream.StartKeys();
   if (ok && !poiOnly) ok = c->rotateXStream.StartKeys() && c->rotateYStream.StartKeys();
   // An aimed layer's Z rotation is its roll, which its own bank track or a turning parent moves,
-  // or, under a parent turned at all, a target that moves the line of sight.
-  const bool rolls = rotation.tracks[2] || animatedAncestor || (target.Any() && !c->ancestors.empty());
+  // or, under a parent turned at all, a move of the layer or its target that turns the line of
+  // sight.
+  const bool rolls =
+      rotation.tracks[2] || animatedAncestor || (!c->ancestors.empty() && (target.Any() || position.Any()));
   if (ok && (!poiOnly || rolls)) ok = c->rotationStream.StartKeys();
   if (ok && animatesPoi) ok = c->anchorStream.StartKeys();
   if (!ok) return false;

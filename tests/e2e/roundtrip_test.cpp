@@ -232,7 +232,12 @@ TEST_F(Roundtrip, AimedLayersKeepTheirHoldsAndTheirParentsRoll) {
   // under a parent that stands turned about Z and X and follows a moving point of interest: in
   // that parent's frame its horizon stays level, so its roll in the host changes as it turns,
   // although its stored rotation in the scene looks at where the point was at the start.
+  // "Strider" under the same parent moves itself while its point of interest stays: the line of
+  // sight turns all the same.
   const std::string layers = R"(
+  {"id": 6, "name": "Strider", "type": "light", "parent": 5, "light": {"type": "spot"},
+   "transform": {"pointOfInterest": [0, 0, 0],
+     "position": {"keys": [{"time": 0.36, "value": [-451, -466, -390]}, {"time": 1.14, "value": [-91, -295, -43]}]}}},
   {"id": 4, "name": "Tracking", "type": "camera", "parent": 5,
    "transform": {"position": [0, 0, -800],
      "pointOfInterest": {"keys": [{"time": 0.2, "value": [0, 0, 0]}, {"time": 1.8, "value": [400, 200, 100]}]}}},
@@ -246,7 +251,7 @@ TEST_F(Roundtrip, AimedLayersKeepTheirHoldsAndTheirParentsRoll) {
   {"id": 3, "name": "Roller", "source": 2, "null": true, "threeD": true,
    "transform": {"anchorPoint": [50, 50, 0], "position": [960, 540, 100],
      "rotationZ": {"keys": [{"time": 0, "value": 0}, {"time": 2, "value": 270}]}}})";
-  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Waiting", "Rolled", "Tracking"}, "50");
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Waiting", "Rolled", "Tracking", "Strider"}, "50");
 }
 
 TEST_F(Roundtrip, WhatTurnsOrPlacesALayerIsCarriedWhereTheLayerIsSeen) {
