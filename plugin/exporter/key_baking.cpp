@@ -156,10 +156,8 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
     }
     if (writeScale) scaleCurves.AddKeys(docTime, s);
   }
-  for (AnimTrack* track : tracks.position) SimplifyTrack(track);
-  if (hasScale) {
-    for (AnimTrack* track : tracks.scale) SimplifyTrack(track);
-  }
+  // The keys hold world values until the object is placed under its parent; they are pruned
+  // there, once they are relative to it (RebaseToParent).
   return err == A_Err_NONE;
 }
 

@@ -292,6 +292,12 @@ void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame
     RewriteKeys(tracks.rotation, keys[i].rotation, localRotation);
     RewriteKeys(tracks.scale, keys[i].scale, AxisLengths(local));
   }
+  // Pruned only now: a value that stands still in the world may move against a moving parent,
+  // and a track pruned away in world terms would leave the static place in its stead.
+  for (int i = 0; i < 3; ++i) {
+    SimplifyTrack(tracks.position[i].track);
+    SimplifyTrack(tracks.scale[i].track);
+  }
 }
 
 TrackCurves::TrackCurves(AnimTrack* const* tracks) {

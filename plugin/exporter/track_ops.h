@@ -37,7 +37,8 @@ Matrix PlaceUnderParent(BaseObject* object);
 // against the parent at `staticFrame`, the composition's frame at which `world` was read, and
 // each key against the parent at its frame, so that a child under an animated parent does not
 // take the parent's move twice. The parent's place and keys must be local already, so parents
-// are rebased before their children. A frame without a key stays without one.
+// are rebased before their children. A frame without a key stays without one. Position and
+// scale tracks are pruned (SimplifyTrack) once they are relative.
 void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame, int32_t firstFrame,
                     int32_t frameCount, int32_t fps, BaseDocument* document);
 

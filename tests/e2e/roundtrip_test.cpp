@@ -316,6 +316,24 @@ TEST_F(Roundtrip, AFrameOnTheOutPointIsNotCompared) {
   ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Mover"}, "25");
 }
 
+TEST_F(Roundtrip, AnAxisThatStandsStillInTheWorldIsKeptUnderAMovingParent) {
+  // "Spinner" turns by keys from 0.85 s to 1.32 s under a parent that has moved before then.
+  // Over its keys its world x stands still, but not where it stood when it was first seen
+  // (0.23 s), before the parent moved: pruned in world terms, the x track would be dropped and
+  // the first place taken for it. Pruning waits until the keys are relative to the parent.
+  const std::string layers = R"(
+  {"id": 1, "name": "Spinner", "type": "light", "parent": 2, "inPoint": 0.23, "duration": 1,
+   "light": {"type": "parallel"},
+   "transform": {"position": [18.5, -220.3, -800], "pointOfInterest": [0, 0, 0],
+     "rotationZ": {"keys": [{"time": 0.85, "value": 169.2}, {"time": 1.32, "value": -78.2}]}}},
+  {"id": 2, "name": "Sled", "source": 2, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [50, 50, 0], "rotationZ": -41.6,
+     "position": {"keys": [{"time": 0.35, "value": [920, 402, 729]}, {"time": 0.77, "value": [845, 1023, 337]}]},
+     "rotationX": {"keys": [{"time": 1.18, "value": -53}, {"time": 1.47, "value": -143.5}]}}})";
+  // Seen from frame 6 (0.24 s, the first frame at or after 0.23 s) to frame 30: 25 frames.
+  ExpectBack(Run({Write(Comp(layers)), "--comp", "Main"}), {"Spinner"}, "25");
+}
+
 TEST_F(Roundtrip, KeysBetweenFramesBringInTheFramesAroundThem) {
   // At 25 fps keys at 0.51 s and 1.49 s lie between frames 12 and 13 and between 37 and 38:
   // frame 12 still shows the first key's value and frame 38 is the first to show the last
