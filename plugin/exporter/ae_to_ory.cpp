@@ -7,7 +7,6 @@
 #include "plugin/exporter/layer_walk.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
-#include "plugin/exporter/track_ops.h"
 #include "plugin/text/encodings.h"
 
 namespace {
@@ -163,38 +162,10 @@ bool AEToOry::ExportLayers(AEGP_CompH comp, AEGP_LayerH layer, BaseObject* node,
 bool AEToOry::ExportRest(AEGP_CompH comp, AEGP_LayerH layer, BaseObject* node, uint32_t layerIndex) {
   if (!PushComp(comp, layer, node, layerIndex)) return false;
   const bool walked = Walk(*this, layer, node, WalkMode::link);
-  if (!layer) RebasePending();
   // A scene always has a camera: without a camera layer anywhere, After Effects' own view.
   if (!layer && !foundCamera) AddDefaultCamera(*this);
   PopComp();
   return walked;
-}
-
-namespace {
-
-int32_t Depth(SceneNode* node) {
-  int32_t depth = 0;
-  for (SceneNode* up = t_ORYOS_At->GetUp(node); up; up = t_ORYOS_At->GetUp(up)) ++depth;
-  return depth;
-}
-
-}  // namespace
-
-void AEToOry::RebasePending() {
-  // A precomposition used by two layers has its objects made and placed twice; the second
-  // placing, with the values written last, is the one that holds.
-  std::unordered_map<BaseObject*, size_t> last;
-  for (size_t i = 0; i < pendingRebases.size(); ++i) last[pendingRebases[i].object] = i;
-  std::vector<std::pair<int32_t, PendingRebase>> byDepth;
-  for (size_t i = 0; i < pendingRebases.size(); ++i) {
-    const PendingRebase& pending = pendingRebases[i];
-    if (last[pending.object] == i) byDepth.emplace_back(Depth(pending.object), pending);
-  }
-  std::stable_sort(byDepth.begin(), byDepth.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (const auto& [depth, pending] : byDepth)
-    RebaseToParent(pending.object, pending.world, pending.staticFrame, firstFrame, frameCount, fps, document);
-  pendingRebases.clear();
 }
 
 void AEToOry::ReportProgress() {

@@ -23,13 +23,6 @@ struct CompStackEntry {
   double zOffset = 0.0;         // depth that keeps layers of one plane apart, see the walk
 };
 
-// An object put under its parent, whose static place and keys still hold world values.
-struct PendingRebase {
-  BaseObject* object = nullptr;
-  Matrix world;             // the static world matrix it held before it was placed
-  int32_t staticFrame = 0;  // the composition's frame at which that matrix was read
-};
-
 class AEToOry {
  public:
   AEToOry();
@@ -84,10 +77,4 @@ class AEToOry {
   // again does not walk every object of the document for each layer.
   std::unordered_map<std::string, BaseObject*> objectsByKey;
   std::unordered_map<int32_t, BaseObject*> objectsByLayerId;
-
-  // Static places and keys are made relative to their parents once every object is in its
-  // place, parents first, because a parent's path over time is known only when its own static
-  // place and keys are relative.
-  std::vector<PendingRebase> pendingRebases;
-  void RebasePending();
 };

@@ -6,13 +6,13 @@
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/layer_matrix.h"
 #include "plugin/exporter/track_ops.h"
-#include "plugin/exporter/transform_channels.h"
 
 namespace {
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
-// Frame rate assumed when the host does not tell; it only matters if a call fails.
+// Frame rates assumed when the host does not tell; they only matter if a call fails.
 constexpr double kFallbackExpressionRate = 30.0;
+constexpr double kFallbackLayerRate = 25.0;
 
 bool HasTimeVaryingExpression(AEGP_StreamRefH stream) {
   A_Boolean enabled = false, varying = false;
@@ -28,32 +28,40 @@ double LayerCompRate(AEGP_LayerH layer, double fallback, A_Err* err) {
   return rate;
 }
 
+int32_t FrameOfHostTime(const A_Time& t, double rate) { return FrameOf(FromAeTime(t.value, t.scale), rate); }
+
 // Frames `from` to `to`, both included, of the current composition.
-void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times) {
-  for (int32_t i = from; i <= to; ++i) InsertFrame(times, i, exporter.firstFrame, exporter.fps, exporter.frameDuration);
-}
-
-// The earliest and latest host time of the entries; an empty map gives an empty interval.
-// Spans are bounded in the host's seconds, never in document seconds: at 29.97 frames per
-// second frame 30 is 1 s in the document but 1.001 s in After Effects.
-std::pair<double, double> HostBounds(const TimeMap& times) {
-  if (times.empty()) return {1.0, 0.0};
-  double low = TimeRatio(times.begin()->second), high = low;
-  for (const auto& [docTime, hostTime] : times) {
-    low = std::min(low, TimeRatio(hostTime));
-    high = std::max(high, TimeRatio(hostTime));
+void InsertFrames(AEToOry& exporter, int32_t from, int32_t to, TimeMap* times, double* low, double* high) {
+  for (int32_t i = from; i <= to; ++i) {
+    InsertFrame(times, i, exporter.fps, exporter.frameDuration);
+    const double r = TimeRatio(BaseTime(i, exporter.fps));
+    *low = std::min(*low, r);
+    *high = std::max(*high, r);
   }
-  return {low, high};
 }
 
-}  // namespace
+struct FrameRange {
+  int32_t first = 0;
+  int32_t last = -1;
+};
 
-FrameSpan LayerFrames(const AEToOry& exporter, AEGP_LayerH layer) {
+// The frames of the layer from its in point to its end, in its composition's rate.
+FrameRange LayerFrames(AEGP_LayerH layer) {
+  A_Err err = A_Err_NONE;
+  const double rate = LayerCompRate(layer, kFallbackLayerRate, &err);
   A_Time in{0, 1}, duration{0, 1};
   LayerSuite13()->AEGP_GetLayerInPoint(layer, AEGP_LTimeMode_CompTime, &in);
   LayerSuite13()->AEGP_GetLayerDuration(layer, AEGP_LTimeMode_CompTime, &duration);
-  return LayerFrameSpan(in, duration, exporter.frameDuration);
+  const int32_t first = FrameOfHostTime(in, rate);
+  return FrameRange{first, first + FrameOfHostTime(duration, rate)};
 }
+
+std::pair<double, double> RatioBounds(const TimeMap& times) {
+  if (times.empty()) return {1.0, 0.0};
+  return {TimeRatio(times.begin()->first), TimeRatio(times.rbegin()->first)};
+}
+
+}  // namespace
 
 int32_t CountStreamKeys(AEGP_LayerH layer, AEGP_StreamRefH stream) {
   A_long count = 0;
@@ -77,18 +85,17 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   if (!stream) return A_Err_PARAMETER;
   A_long keyCount = 0;
   A_Err err = KeyframeSuite4()->AEGP_GetStreamNumKFs(stream, &keyCount);
+  double low = std::numeric_limits<float>::max(), high = std::numeric_limits<float>::min();
   if (!useKeys) {
-    const FrameSpan range = LayerFrames(exporter, layer);
-    InsertFrames(exporter, range.first, range.last, times);
+    const FrameRange range = LayerFrames(layer);
+    InsertFrames(exporter, range.first, range.last, times, &low, &high);
     return err;
   }
   if (HasTimeVaryingExpression(stream)) {
-    // An expression may change anything at any frame: every frame of the composition. Frames
-    // count from the composition's time 0, whatever frame its display starts at.
-    InsertFrames(exporter, 0, exporter.frameCount - 1, times);
+    // frameCount stands as it is, not added to firstFrame.
+    InsertFrames(exporter, exporter.firstFrame, exporter.frameCount, times, &low, &high);
     return err;
   }
-  double low = std::numeric_limits<float>::max(), high = std::numeric_limits<float>::min();
   for (A_long i = 0; i < keyCount; ++i) {
     A_Time t{0, 1};
     KeyframeSuite4()->AEGP_GetKeyframeTime(stream, i, AEGP_LTimeMode_CompTime, &t);
@@ -100,10 +107,11 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
   // Keys pull in all frames between the first and the last; position surely exists and serves
   // to ask the layer's frames, whichever stream has the keys.
   if (!LayerStream(layer, AEGP_LayerStream_POSITION)) return err;
-  const FrameSpan range = LayerFrames(exporter, layer);
-  const FrameSpan keyed = FramesAroundKeys(low, high, exporter.frameDuration);
-  for (int32_t i = std::max(range.first, keyed.first); i <= std::min(range.last, keyed.last); ++i)
-    InsertFrame(times, i, exporter.firstFrame, exporter.fps, exporter.frameDuration);
+  const FrameRange range = LayerFrames(layer);
+  for (int32_t i = range.first; i <= range.last; ++i) {
+    const double r = TimeRatio(BaseTime(i, exporter.fps));
+    if (r > low && r < high) InsertFrame(times, i, exporter.fps, exporter.frameDuration);
+  }
   return err;
 }
 
@@ -132,18 +140,16 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
     if (stream) CollectKeyTimes(exporter, layer, stream.get(), true, &span);
   }
   if (scale) err = CollectKeyTimes(exporter, layer, scale.get(), true, &span);
-  const auto [low, high] = HostBounds(span);
-  const FrameSpan keyed = FramesAroundKeys(low, high, exporter.frameDuration);
+  const auto [low, high] = RatioBounds(span);
 
   const bool writeScale = hasScale && !(exporter.exportTextAsPlanes && LayerObjectType(layer) == AEGP_ObjectType_TEXT);
   Vector previousRotation;
   bool continueRotation = false;
   for (const auto& [docTime, hostTime] : frames) {
-    // Every entry of `frames` is a frame of the composition: a whole number of frame durations.
-    const int32_t frame = hostTime.value / exporter.frameDuration.value;
-    if (frame < keyed.first || frame > keyed.last) continue;
+    const double r = TimeRatio(docTime);
+    if (r > high || r < low) continue;
     A_Matrix4 m{};
-    if (!err) err = LayerMatrixAt(exporter, layer, hostTime, &m);
+    if (!err) err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &hostTime, &m);
     Vector p, rot, s;
     DecomposeLayerMatrix(width, height, isPlaneOrNull && anchor, hasScale && scale, &p, &rot, &s, continueRotation,
                          &previousRotation, m);
@@ -156,8 +162,10 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
     }
     if (writeScale) scaleCurves.AddKeys(docTime, s);
   }
-  // The keys hold world values until the object is placed under its parent; they are pruned
-  // there, once they are relative to it (RebaseToParent).
+  for (AnimTrack* track : tracks.position) SimplifyTrack(track);
+  if (hasScale) {
+    for (AnimTrack* track : tracks.scale) SimplifyTrack(track);
+  }
   return err == A_Err_NONE;
 }
 

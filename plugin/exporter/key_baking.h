@@ -8,9 +8,6 @@
 #include "plugin/exporter/layer_stream.h"
 #include "plugin/exporter/time_map.h"
 
-// The frames at which the host shows the layer, from its in point up to its out point.
-FrameSpan LayerFrames(const AEToOry& exporter, AEGP_LayerH layer);
-
 // Adds the times of `stream` to `times`: its keyframes and every frame of the layer between the
 // first and the last of them, or, with an expression or without `useKeys`, every frame.
 A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stream, bool useKeys, TimeMap* times);

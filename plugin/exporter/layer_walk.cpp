@@ -213,6 +213,6 @@ A_Err LinkLayer(AEToOry& exporter, AEGP_LayerH layer, BaseObject* defaultParent,
   }
   t_ORYOS_At->Remove(object);
   t_ORYOS_At->InsertUnder(object, parent);
-  exporter.pendingRebases.push_back({object, PlaceUnderParent(object), StaticFrame(exporter, layer)});
+  RebaseTracksToParent(object, parent, exporter.firstFrame, exporter.frameCount, exporter.fps, exporter.document);
   return err;
 }

@@ -1,7 +1,6 @@
 #include "plugin/exporter/track_ops.h"
 
 #include <optional>
-#include <vector>
 
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/key_pruning.h"
@@ -94,27 +93,10 @@ void ReadTracks(TrackCursor* tracks, BaseDocument* document, const BaseTime& tim
   }
 }
 
-// The keys that stand at the cursors' frame, by track; null where a track has none there.
-struct FrameKeys {
-  AnimKey* position[3] = {};
-  AnimKey* rotation[3] = {};
-  AnimKey* scale[3] = {};
-};
-
-FrameKeys KeysAtCursors(const ObjectTracks& tracks) {
-  FrameKeys keys;
+// Rewrites the key at the cursors' frame of each track; frames without a key stay without one.
+void RewriteKeys(const TrackCursor* tracks, Vector value) {
   for (int i = 0; i < 3; ++i) {
-    keys.position[i] = tracks.position[i].atTime;
-    keys.rotation[i] = tracks.rotation[i].atTime;
-    keys.scale[i] = tracks.scale[i].atTime;
-  }
-  return keys;
-}
-
-// Rewrites the keys of one frame; frames without a key stay without one.
-void RewriteKeys(const TrackCursor* tracks, AnimKey* const keys[3], Vector value) {
-  for (int i = 0; i < 3; ++i) {
-    if (keys[i]) t_ORYOS_CA->SetKeyValue(keys[i], tracks[i].curve, *Component(value, i));
+    if (tracks[i].atTime) t_ORYOS_CA->SetKeyValue(tracks[i].atTime, tracks[i].curve, *Component(value, i));
   }
 }
 
@@ -124,16 +106,6 @@ ComponentParamId::ComponentParamId(int32_t parameter, int32_t component)
     : levels{{parameter, DataKind_Vector, 0}, {component, DataKind_Float, 0}}, id{levels, 2, 0} {}
 
 AnimCurve* CurveOf(AnimTrack* track) { return track ? t_ORYOS_CA->GetCurve(track, 1, true) : nullptr; }
-
-void ShiftTrackKeys(SceneNode* object, const ParamId& id, double by) {
-  AnimCurve* curve = CurveOf(t_ORYOS_Bl->FindTrack(object, &id));
-  if (!curve) return;
-  const int32_t count = t_ORYOS_CA->GetKeyCount(curve);
-  for (int32_t i = 0; i < count; ++i) {
-    AnimKey* key = t_ORYOS_CA->GetKey(curve, i);
-    t_ORYOS_CA->SetKeyValue(key, curve, t_ORYOS_CA->GetKeyValue(key) + by);
-  }
-}
 
 AnimTrack* GetOrCreateTrack(SceneNode* object, const ParamId& id, const char* name) {
   if (AnimTrack* found = t_ORYOS_Bl->FindTrack(object, &id)) return found;
@@ -193,81 +165,24 @@ void SimplifyTrack(AnimTrack* track) {
   }
 }
 
-namespace {
-
-// The transform of `node` at `time`: its static local matrix with each of its tracks' values.
-Matrix LocalMatrixAt(BaseObject* node, ObjectTracks& tracks, BaseDocument* document, const BaseTime& time) {
-  const Matrix still = *t_ORYOS_Bo->GetLocalMatrix(node);
-  if (!tracks.any) return still;
-  const int32_t order = t_ORYOS_Bo->GetRotationOrder(node);
-  Vector rotation = MatrixToRotation(still, order, false);
-  Vector position = still.off;
-  Vector scale = AxisLengths(still);
-  ReadTracks(tracks.position, document, time, &position);
-  ReadTracks(tracks.rotation, document, time, &rotation);
-  ReadTracks(tracks.scale, document, time, &scale);
-  return ComposeMatrix(position, rotation, scale, order);
-}
-
-// Where a parent stands at each frame: the engine's global matrix of the part of its chain
-// that does not move, times the local matrices of the nodes from the highest one that moves
-// down to the parent, each read from its tracks at the frame.
-class ParentPath {
- public:
-  explicit ParentPath(BaseObject* parent) {
-    std::vector<BaseObject*> chain;
-    for (SceneNode* n = parent; n; n = t_ORYOS_At->GetUp(n)) chain.push_back(static_cast<BaseObject*>(n));
-    size_t highestMoving = chain.size();
-    for (size_t i = 0; i < chain.size(); ++i) {
-      moving_.push_back({chain[i], FindTransformTracks(chain[i])});
-      if (moving_.back().tracks.any) highestMoving = i + 1;
-    }
-    moving_.resize(highestMoving);  // nearest first; everything above stands still
-    if (highestMoving < chain.size()) t_ORYOS_Bo->GetGlobalMatrix(chain[highestMoving], &still_);
-  }
-
-  Matrix At(BaseDocument* document, const BaseTime& time) {
-    Matrix m = still_;
-    for (auto it = moving_.rbegin(); it != moving_.rend(); ++it)
-      m = Multiply(m, LocalMatrixAt(it->node, it->tracks, document, time));
-    return m;
-  }
-
- private:
-  struct Node {
-    BaseObject* node;
-    ObjectTracks tracks;
-  };
-  std::vector<Node> moving_;
-  Matrix still_;
-};
-
-}  // namespace
-
-Matrix PlaceUnderParent(BaseObject* object) {
+bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstFrame, int32_t frameCount,
+                          int32_t fps, BaseDocument* document) {
+  if (!object || !parent) return false;
   // The object still holds world values; placing it at its world matrix under the new parent
   // gives the local matrix that keeps it where After Effects has it.
-  const Matrix world = *t_ORYOS_Bo->GetLocalMatrix(object);
-  t_ORYOS_Bo->SetGlobalMatrix(object, &world);
-  return world;
-}
-
-void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame, int32_t firstFrame,
-                    int32_t frameCount, int32_t fps, BaseDocument* document) {
-  auto* parent = static_cast<BaseObject*>(t_ORYOS_At->GetUp(object));
-  if (!parent) return;
-  ParentPath staticPath(parent);
-  const Matrix staticLocal = Multiply(Invert(staticPath.At(document, BaseTime(firstFrame + staticFrame, fps))), world);
-  t_ORYOS_Bo->SetLocalMatrix(object, &staticLocal);
+  const Matrix saved = *t_ORYOS_Bo->GetLocalMatrix(object);
+  t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
   ObjectTracks tracks = FindTransformTracks(object);
-  if (!tracks.any) return;
-  const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
-  // All world values are read before any key is rewritten: a component pruned at a frame reads
-  // its value between two keys, which must both still hold world values.
-  std::vector<Matrix> worlds;
-  std::vector<FrameKeys> keys;
-  Matrix current = world;
+  if (!tracks.any) {
+    t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
+    return true;
+  }
+  Matrix current = saved;
+  // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
+  // past a full circle does not jump back at each rewritten key.
+  std::optional<Vector> previousLocalRotation;
   for (int32_t i = 0; i <= frameCount; ++i) {
+    const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
     Vector rotation = MatrixToRotation(current, order, false);
     Vector position = current.off;
     Vector scale = AxisLengths(current);
@@ -276,28 +191,18 @@ void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame
     ReadTracks(tracks.rotation, document, time, &rotation);
     ReadTracks(tracks.scale, document, time, &scale);
     current = ComposeMatrix(position, rotation, scale, order);
-    worlds.push_back(current);
-    keys.push_back(KeysAtCursors(tracks));
-  }
-  ParentPath parentPath(parent);
-  // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
-  // past a full circle does not jump back at each rewritten key.
-  std::optional<Vector> previousLocalRotation;
-  for (int32_t i = 0; i <= frameCount; ++i) {
-    const Matrix local = Multiply(Invert(parentPath.At(document, BaseTime(i + firstFrame, fps))), worlds[i]);
-    RewriteKeys(tracks.position, keys[i].position, local.off);
+
+    t_ORYOS_Bo->SetGlobalMatrix(object, &current);
+    const Matrix local = *t_ORYOS_Bo->GetLocalMatrix(object);
+    RewriteKeys(tracks.position, local.off);
     Vector localRotation = MatrixToRotation(local, order, false);
     if (previousLocalRotation) localRotation = BestAngle(*previousLocalRotation, localRotation, order);
     previousLocalRotation = localRotation;
-    RewriteKeys(tracks.rotation, keys[i].rotation, localRotation);
-    RewriteKeys(tracks.scale, keys[i].scale, AxisLengths(local));
+    RewriteKeys(tracks.rotation, localRotation);
+    RewriteKeys(tracks.scale, AxisLengths(local));
   }
-  // Pruned only now: a value that stands still in the world may move against a moving parent,
-  // and a track pruned away in world terms would leave the static place in its stead.
-  for (int i = 0; i < 3; ++i) {
-    SimplifyTrack(tracks.position[i].track);
-    SimplifyTrack(tracks.scale[i].track);
-  }
+  t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
+  return true;
 }
 
 TrackCurves::TrackCurves(AnimTrack* const* tracks) {

@@ -24,23 +24,10 @@ void SetColorKeys(const double values[4], const BaseTime& time, AnimCurve* r, An
 // is no animation; the object then shows its static value.
 void SimplifyTrack(AnimTrack* track);
 
-// Adds `by` to every key of the track of `id` on `object`, if that track exists.
-void ShiftTrackKeys(SceneNode* object, const ParamId& id, double by);
-
-// The object was made with world values and has just been put under its parent: its values
-// become local to the parent's static matrix, which holds until RebaseToParent. Gives the
-// world matrix it held.
-Matrix PlaceUnderParent(BaseObject* object);
-
-// Makes the object's static place and keys, baked in world terms, local to where its parent
-// stands at each frame, with the parent's own keys and those of its ancestors: the static place
-// against the parent at `staticFrame`, the composition's frame at which `world` was read, and
-// each key against the parent at its frame, so that a child under an animated parent does not
-// take the parent's move twice. The parent's place and keys must be local already, so parents
-// are rebased before their children. A frame without a key stays without one. Position and
-// scale tracks are pruned (SimplifyTrack) once they are relative.
-void RebaseToParent(BaseObject* object, const Matrix& world, int32_t staticFrame, int32_t firstFrame,
-                    int32_t frameCount, int32_t fps, BaseDocument* document);
+// Keys and the object's matrix were made in world terms; under `parent` they must be local.
+// The parent's static matrix is used, the document is not evaluated at each frame.
+bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstFrame, int32_t frameCount,
+                          int32_t fps, BaseDocument* document);
 
 // The three curves of a vector's tracks; a missing track gives no curve and takes no key.
 class TrackCurves {

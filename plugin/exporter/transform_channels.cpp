@@ -1,6 +1,5 @@
 #include "plugin/exporter/transform_channels.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "plugin/exporter/exporter_host.h"
@@ -82,6 +81,19 @@ bool FollowsTarget(AEGP_LayerFlags flags, int32_t type, int32_t lightKind) {
   return false;
 }
 
+// The layer matrix at `time`; inside a precomposition the matrix of the layer through which it
+// was entered is added element by element (a sum, not a product).
+A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m) {
+  A_Err err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &time, m);
+  if (err || !exporter.TopLayer()) return err;
+  A_Matrix4 p{};
+  err = LayerSuite13()->AEGP_GetLayerToWorldXform(exporter.TopLayer(), &time, &p);
+  for (int r = 0; r < 4; ++r) {
+    for (int c = 0; c < 4; ++c) m->mat[r][c] += p.mat[r][c] - (r == c ? 1.0 : 0.0);
+  }
+  return err;
+}
+
 double RowLengthsMagnitude(const A_Matrix4& m) {
   double sum = 0.0;
   for (int r = 0; r < 3; ++r) {
@@ -116,11 +128,6 @@ A_Time LargestMatrixTime(AEToOry& exporter, AEGP_LayerH layer) {
   return bestTime;
 }
 
-A_Time StaticTime(AEToOry& exporter, AEGP_LayerH layer) {
-  if (exporter.frameDuration.value <= 0) return exporter.compStart;
-  return A_Time{StaticFrame(exporter, layer) * exporter.frameDuration.value, exporter.frameDuration.scale};
-}
-
 bool Collapsed(const Vector& scale) {
   return scale.x < kCollapsedScale || scale.y < kCollapsedScale || scale.z < kCollapsedScale;
 }
@@ -141,10 +148,7 @@ SceneLayer* LockLayer(AEToOry& exporter) {
   return layer;
 }
 
-// The layer whose source size moves the target from the source's corner to its centre. A
-// parent's plane stands at the centre of its picture, so a target under it is placed from
-// there; a null layer's object stands at the corner (it is exported with no size), so a
-// target under a null needs no correction, although its source is a solid of some size.
+// The layer whose source size moves the target from the source's corner to its centre.
 AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
   AEGP_LayerH parent = nullptr;
   LayerSuite13()->AEGP_GetLayerParent(layer, &parent);
@@ -154,15 +158,12 @@ AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
     AEGP_ObjectType type = AEGP_ObjectType_NONE;
     AEGP_ItemH source = nullptr;
     AEGP_ItemType itemType = AEGP_ItemType_NONE;
-    AEGP_LayerFlags flags = 0;
     LayerSuite14()->AEGP_IsLayer3D(parent, &is3d);
     LayerSuite13()->AEGP_GetLayerObjectType(parent, &type);
     LayerSuite13()->AEGP_GetLayerSourceItem(parent, &source);
-    LayerSuite13()->AEGP_GetLayerFlags(parent, &flags);
     if (source) ItemSuite13()->AEGP_GetItemType(source, &itemType);
     const bool picture = itemType == AEGP_ItemType_COMP || itemType == AEGP_ItemType_FOOTAGE;
-    const bool nullLayer = (flags & AEGP_LayerFlag_NULL_LAYER) != 0;
-    reference = is3d && type == AEGP_ObjectType_AV && picture && !nullLayer ? parent : nullptr;
+    reference = is3d && type == AEGP_ObjectType_AV && picture ? parent : nullptr;
   }
   if (!reference) return nullptr;
   AEGP_ItemH source = nullptr;
@@ -171,20 +172,18 @@ AEGP_ItemH ReferenceSource(AEToOry& exporter, AEGP_LayerH layer) {
 }
 
 // The target stands at the point of interest, in scene terms, corrected to the reference
-// picture's centre; its keys, if any, follow the point with the same correction, or an
-// animated point under a solid parent would jump by half the solid's size from its static place.
+// picture's centre; its keys, if any, follow the plain point.
 A_Err PlaceTarget(AEToOry& exporter, BaseObject* target, AEGP_LayerH layer, const LayerStream& anchor) {
   StreamValue value;
-  A_Err err = value.Read(anchor.get(), StaticTime(exporter, layer));
+  A_Err err = value.Read(anchor.get(), exporter.compStart);
   if (err) return err;
   Vector p = HostToSceneVector(value.value().three_d.x, value.value().three_d.y, value.value().three_d.z);
-  Vector centre;
   if (AEGP_ItemH source = ReferenceSource(exporter, layer)) {
     A_long w = 0, h = 0;
     ItemSuite13()->AEGP_GetItemDimensions(source, &w, &h);
-    centre = Vector{w * 0.5, -h * 0.5, 0.0};
+    p.x -= w * 0.5;
+    p.y += h * 0.5;
   }
-  p = p - centre;
   t_ORYOS_Bo->SetPosition(target, &p);
   if (CountLayerStreamKeys(layer, AEGP_LayerStream_ANCHORPOINT) <= 0) return A_Err_NONE;
   AnimTrack* tracks[3];
@@ -194,13 +193,8 @@ A_Err PlaceTarget(AEToOry& exporter, BaseObject* target, AEGP_LayerH layer, cons
     const ComponentParamId id(ObjectParam_Position, components[i]);
     tracks[i] = GetOrCreateTrack(target, id.id, names[i]);
   }
-  err = SampleStreamToTracks(exporter, layer, AEGP_LayerStream_ANCHORPOINT, tracks[0], tracks[1], tracks[2],
-                             SampleMode::targetPosition, 1.0, AEGP_LayerStream_NONE);
-  // Pruning may have removed a track that did not move, so the tracks are looked up again.
-  const ComponentParamId x(ObjectParam_Position, VectorComponent_X), y(ObjectParam_Position, VectorComponent_Y);
-  ShiftTrackKeys(target, x.id, -centre.x);
-  ShiftTrackKeys(target, y.id, -centre.y);
-  return err;
+  return SampleStreamToTracks(exporter, layer, AEGP_LayerStream_ANCHORPOINT, tracks[0], tracks[1], tracks[2],
+                              SampleMode::targetPosition, 1.0, AEGP_LayerStream_NONE);
 }
 
 void MakeTransformTracks(BaseObject* object, bool hasRotation, bool hasScale, TransformTracks* tracks) {
@@ -249,19 +243,6 @@ void SetTargetPriority(ParamContainer* container) {
 
 }  // namespace
 
-int32_t StaticFrame(AEToOry& exporter, AEGP_LayerH layer) { return std::max(LayerFrames(exporter, layer).first, 0); }
-
-A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m) {
-  A_Err err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &time, m);
-  if (err || !exporter.TopLayer()) return err;
-  A_Matrix4 p{};
-  err = LayerSuite13()->AEGP_GetLayerToWorldXform(exporter.TopLayer(), &time, &p);
-  for (int r = 0; r < 4; ++r) {
-    for (int c = 0; c < 4; ++c) m->mat[r][c] += p.mat[r][c] - (r == c ? 1.0 : 0.0);
-  }
-  return err;
-}
-
 A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer, const int32_t* width,
                         const int32_t* height) {
   if (!object) {
@@ -278,12 +259,7 @@ A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer
   const bool followsTarget = FollowsTarget(flags, type, lightKind);
   if (!(flags & AEGP_LayerFlag_VIDEO_ACTIVE)) t_ORYOS_Bo->SetMode(object, kObjectModeSwitch, kObjectModeOff);
 
-  // A camera or light that looks at its point of interest turns when the point moves, whether
-  // or not it is given a target: the point's keys are keys of its matrix too.
-  const bool looksAtPoint = (flags & AEGP_LayerFlag_LOOK_AT_POI) &&
-                            (type == ObjectType_Camera || type == ObjectType_KvCamera || type == ObjectType_Light ||
-                             type == ObjectType_KvLight);
-  TransformStreams s = OpenTransformStreams(layer, isPlaneOrNull || looksAtPoint);
+  TransformStreams s = OpenTransformStreams(layer, isPlaneOrNull);
   const bool hasRotation = WantsRotation(layer, s);
 
   BaseObject* target = nullptr;
@@ -311,7 +287,7 @@ A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer
     Vector position, rotation, scale{1.0, 1.0, 1.0};
     const bool useCentre = isPlaneOrNull && s.anchor;
     A_Matrix4 m{};
-    err = LayerMatrixAt(exporter, layer, StaticTime(exporter, layer), &m);
+    err = LayerMatrixAt(exporter, layer, exporter.compStart, &m);
     DecomposeLayerMatrix(*width, *height, useCentre, hasScale, &position, &rotation, &scale, false, nullptr, m);
     if (!err && Collapsed(scale)) {
       err = LayerMatrixAt(exporter, layer, LargestMatrixTime(exporter, layer), &m);
@@ -403,11 +379,7 @@ bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value
 
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value) {
   double v[4] = {};
-  // Orientation holds three numbers as a position does, but is not spatial; a camera that is
-  // only oriented must not be taken for one without a turn of its own.
-  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD_SPATIAL, v) &&
-      !ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD, v))
-    return false;
+  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD_SPATIAL, v)) return false;
   *value = Vector{v[0], v[1], v[2]};
   return true;
 }

@@ -13,19 +13,6 @@
 A_Err ApplyObjectBasics(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer, const int32_t* width,
                         const int32_t* height);
 
-// The layer's matrix at `time` as the scene takes it. Inside a precomposition the matrix of the
-// layer through which it was entered is added element by element (a sum, not a product, so it
-// is exact for a precomposition layer that moves without turning or scaling). The static
-// transform and every baked key use this same matrix, so that the keys of a layer in a moved
-// precomposition keep the move.
-A_Err LayerMatrixAt(AEToOry& exporter, AEGP_LayerH layer, const A_Time& time, A_Matrix4* m);
-
-// The frame of the composition at which an object's static place is read: the first at which
-// the layer is shown. Its keys cover only the frames where it is shown, and where they say
-// nothing (all equal, or none because the layer's keys end before its in point) the static
-// place is what the scene shows, so it must be the place the layer has while it is seen.
-int32_t StaticFrame(AEToOry& exporter, AEGP_LayerH layer);
-
 // A null object right behind `object`, and a target tag on `object` that links to it.
 BaseObject* CreateTarget(AEToOry& exporter, BaseObject* object, AEGP_LayerH layer);
 
@@ -38,7 +25,6 @@ bool ReadStreamValue(AEGP_LayerH layer, AEGP_LayerStream streamId, AEGP_StreamTy
                      double value[4]);
 // The same at the composition's current time.
 bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value);
-// Three numbers, of a spatial stream (position, point of interest) or not (orientation).
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value);
 // A one-dimensional stream cut to a whole number, such as a switch or a choice.
 bool ReadStreamInt(AEGP_LayerH layer, AEGP_LayerStream streamId, int32_t* value);

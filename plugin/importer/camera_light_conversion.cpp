@@ -58,7 +58,7 @@ bool AddCameraKeys(BaseObject* object, int32_t fovId, const ObjectConversion& c,
   double lastFocus = 0.0;
   for (int32_t i = 0; i < c.frames; ++i) {
     const A_Time time{i * 100, scale};
-    const BaseTime sceneTime(c.startFrame + i, c.frameRate);
+    const BaseTime sceneTime(i, c.frameRate);
     if (fovTrack) fov = t_ORYOS_CA->GetCurveValue(fovTrack, document, &sceneTime, 0);
     else if (focalTrack)
       fov = FieldOfViewFromFocalLength(aperture, t_ORYOS_CA->GetCurveValue(focalTrack, document, &sceneTime, 0));
@@ -140,7 +140,7 @@ bool AddLightKeys(BaseObject* object, const LightIds& ids, bool kv, const Object
   HostLight last{};
   for (int32_t i = 0; i < c.frames; ++i) {
     const A_Time time{i * 100, scale};
-    const BaseTime sceneTime(c.startFrame + i, c.frameRate);
+    const BaseTime sceneTime(i, c.frameRate);
     double* values[4] = {&scene.brightness, &scene.density, &scene.outer, &scene.inner};
     for (int k = 0; k < 4; ++k)
       if (tracks[k]) *values[k] = t_ORYOS_CA->GetCurveValue(tracks[k], document, &sceneTime, 0);

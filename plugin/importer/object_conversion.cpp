@@ -4,7 +4,6 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
-#include "plugin/importer/camera_light_conversion.h"
 #include "plugin/importer/import_file.h"
 #include "plugin/importer/import_session.h"
 #include "plugin/importer/scene_read.h"
@@ -133,13 +132,6 @@ bool LayerTimeRange(BaseObject* effective, const ObjectConversion& c, A_Time* in
 
 // The point of interest of a camera or light, and whether it moves with the light's turn.
 void FindPointOfInterest(BaseObject* effective, int32_t type, ObjectConversion* c) {
-  // The host gives only spot and parallel lights a point of interest; a point or ambient light
-  // is turned by its rotations alone, as a camera without a target is.
-  if (IsLight(type)) {
-    const bool kv = type == ObjectType_KvLight;
-    const int32_t hostType = HostLightType(kv, ContainerInt32(effective, kv ? KvLightParam_Type : LightParam_Type, 0));
-    if (hostType != AEGP_LightType_SPOT && hostType != AEGP_LightType_PARALLEL) return;
-  }
   if (BaseTag* tag = t_ORYOS_Bo->GetTag(effective, TagType_Target, 0)) {
     const ParamContainer* data = t_ORYOS_Bl->GetDataInstance(tag);
     if (data)
@@ -148,19 +140,17 @@ void FindPointOfInterest(BaseObject* effective, int32_t type, ObjectConversion* 
   }
   if (c->targetObject) {
     c->hasPointOfInterest = true;
-    CollectAncestors(c->targetObject, &c->targetAncestors);
     Vector target;
     t_ORYOS_Bo->GetPosition(c->targetObject, &target);
-    c->pointOfInterest = TargetPoint(*c, target, BaseTime(0, c->frameRate));
+    c->pointOfInterest = {target.x, -target.y, target.z};
     if (IsCamera(type)) Layers()->AEGP_SetLayerFlag(c->layer, AEGP_LayerFlag_LOOK_AT_POI, true);
     return;
   }
   if (!IsLight(type)) return;
   c->hasPointOfInterest = true;
-  c->pointOfInterest = AheadOf(c->scenePosition, c->sceneRotation, c->rotationOrder);
-  // The point follows the light's turn for every kind: a point light shines the same whichever
-  // way it looks, but its layer's transform then stays the light's.
-  c->derivesPointOfInterest = true;
+  c->pointOfInterest = DerivePointOfInterest(c->rawRotation, c->rawPosition);
+  c->derivesPointOfInterest = type == ObjectType_Light ? ContainerInt32(effective, LightParam_Type, 0) != 0
+                                                       : ContainerInt32(effective, KvLightParam_Type, 0) != 1;
 }
 
 // The transform's static values, streams left open; false when a stream was not legal or
@@ -187,15 +177,8 @@ bool SetStaticStreams(ObjectConversion* c) {
             StreamResult::kSet)
       return false;
   }
-  double lastRoll = 0.0;
-  double z = c->rotation.z;
-  if (c->isCameraOrLight && c->targetObject) {
-    z = AimedRoll(*c, c->scenePosition, c->pointOfInterest, c->rawRotation, BaseTime(0, c->frameRate), false,
-                  &lastRoll);
-  } else if (c->isCameraOrLight && c->hasPointOfInterest) {
-    z = HostRoll(c->sceneRotation, c->rotationOrder, false, &lastRoll);
-  }
-  return SetLayerStream(c->layer, AEGP_LayerStream_ROTATION, OneD(z), &c->rotationStream) == StreamResult::kSet;
+  return SetLayerStream(c->layer, AEGP_LayerStream_ROTATION, OneD(c->rotation.z), &c->rotationStream) ==
+         StreamResult::kSet;
 }
 
 }  // namespace
@@ -228,42 +211,23 @@ void CollectAncestors(BaseObject* object, std::vector<AncestorTransform>* ancest
   }
 }
 
-namespace {
-
-// An ancestor's place at `time`, and its scale there.
-Matrix AncestorMatrix(const AncestorTransform& record, const BaseTime& time, BaseDocument* document, Vector* scale) {
-  Vector p = record.position;
-  Vector r = record.rotation;
-  *scale = record.scale;
-  if (record.animated) {
-    ReadTracks(record.positionTracks, document, time, &p);
-    ReadTracks(record.rotationTracks, document, time, &r);
-    ReadTracks(record.scaleTracks, document, time, scale);
-  }
-  return TransformMatrix(p, r, *scale, record.rotationOrder);
-}
-
-}  // namespace
-
 void FlattenTransform(Vector* position, Vector* rotation, Vector* scale, const BaseTime& time, BaseDocument* document,
                       const std::vector<AncestorTransform>& ancestors, int32_t rotationOrder) {
   Matrix m = TransformMatrix(*position, *rotation, *scale, rotationOrder);
   for (const AncestorTransform& record : ancestors) {
-    Vector s;
-    m = Multiply(AncestorMatrix(record, time, document, &s), m);
+    Vector p = record.position;
+    Vector r = record.rotation;
+    Vector s = record.scale;
+    if (record.animated) {
+      ReadTracks(record.positionTracks, document, time, &p);
+      ReadTracks(record.rotationTracks, document, time, &r);
+      ReadTracks(record.scaleTracks, document, time, &s);
+    }
+    m = Multiply(TransformMatrix(p, r, s, record.rotationOrder), m);
     *scale = {scale->x * s.x, scale->y * s.y, scale->z * s.z};
   }
   *position = m.off;
   *rotation = MatrixToRotation(m, rotationOrder, false);
-}
-
-Matrix AncestorsMatrix(const BaseTime& time, BaseDocument* document, const std::vector<AncestorTransform>& ancestors) {
-  Matrix m;
-  for (const AncestorTransform& record : ancestors) {
-    Vector s;
-    m = Multiply(AncestorMatrix(record, time, document, &s), m);
-  }
-  return m;
 }
 
 void ToHostTransform(Vector* position, Vector* rotation, bool keepContinuity, Vector* lastRotation,
@@ -273,51 +237,6 @@ void ToHostTransform(Vector* position, Vector* rotation, bool keepContinuity, Ve
   if (keepContinuity) turn = BestAngle(*lastRotation, turn, kRotationOrderXyz);
   *lastRotation = turn;
   *rotation = {turn.x * kDegreesPerRadian, -turn.y * kDegreesPerRadian, turn.z * kDegreesPerRadian};
-}
-
-double HostRoll(const Vector& rotation, int32_t rotationOrder, bool keepContinuity, double* lastRoll) {
-  constexpr double kTurn = 2.0 * 3.14159265358979323846;
-  double bank = MatrixToRotation(RotationToMatrix(rotation, rotationOrder), kRotationOrderHpb, false).z;
-  if (keepContinuity) {
-    bank += kTurn * std::round((*lastRoll - bank) / kTurn);
-  } else if (bank > kTurn / 2.0) {
-    bank -= kTurn;  // a small roll to the other side reads better than nearly a full turn
-  }
-  *lastRoll = bank;
-  return bank * kDegreesPerRadian;
-}
-
-double AimedRoll(const ObjectConversion& c, const Vector& position, const Vector& point, const Vector& ownRotation,
-                 const BaseTime& time, bool keepContinuity, double* lastRoll) {
-  const Matrix parents = AncestorsMatrix(time, g_importSession.document, c.ancestors);
-  // The line of sight in the parents' frame; the target is a host point, y down.
-  const Vector sight = TransformDirection(Invert(parents), Vector{point.x, -point.y, point.z} - position);
-  const double level = std::hypot(sight.x, sight.z);
-  Matrix aim;
-  aim.axisZ = Normalized(sight);
-  aim.axisX = level > 0.0 ? Vector{sight.z / level, 0.0, -sight.x / level} : Vector{1.0, 0.0, 0.0};
-  aim.axisY = Cross(aim.axisZ, aim.axisX);
-  // Heading and pitch come from the line of sight alone; the bank is the layer's own.
-  const Vector headingPitch = MatrixToRotation(aim, kRotationOrderHpb, true);
-  const double bank = MatrixToRotation(RotationToMatrix(ownRotation, c.rotationOrder), kRotationOrderHpb, false).z;
-  const Matrix world = Multiply(parents, RotationToMatrix({headingPitch.x, headingPitch.y, bank}, kRotationOrderHpb));
-  return HostRoll(MatrixToRotation(world, kRotationOrderHpb, false), kRotationOrderHpb, keepContinuity, lastRoll);
-}
-
-Vector TargetPoint(const ObjectConversion& c, const Vector& position, const BaseTime& time) {
-  Vector point = position;
-  if (!c.targetAncestors.empty()) {
-    Vector rotation, scale{1.0, 1.0, 1.0};
-    FlattenTransform(&point, &rotation, &scale, time, g_importSession.document, c.targetAncestors,
-                     t_ORYOS_Bo->GetRotationOrder(c.targetObject));
-  }
-  return {point.x, -point.y, point.z};
-}
-
-Vector AheadOf(const Vector& position, const Vector& rotation, int32_t rotationOrder) {
-  const Vector headingPitchBank =
-      MatrixToRotation(RotationToMatrix(rotation, rotationOrder), kRotationOrderHpb, false);
-  return DerivePointOfInterest(headingPitchBank, position);
 }
 
 Vector DerivePointOfInterest(const Vector& rotation, const Vector& position) {
@@ -355,8 +274,6 @@ AEGP_LayerH ConvertBaseObject(BaseObject* object, ObjectConversion* c) {
   if (!c->ancestors.empty())
     FlattenTransform(&c->position, &c->rotation, &c->scale, BaseTime(0, c->frameRate), document, c->ancestors,
                      c->rotationOrder);
-  c->scenePosition = c->position;
-  c->sceneRotation = c->rotation;
   Vector lastRotation;
   ToHostTransform(&c->position, &c->rotation, false, &lastRotation, c->rotationOrder);
   GetDocumentFrameRange(document, sequenceMode, &c->frames, &c->startFrame);

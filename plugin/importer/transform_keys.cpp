@@ -71,42 +71,6 @@ bool SampleVector(SampleKind kind, bool hasNext, const VectorTracks& tracks, Sam
   return moves;
 }
 
-// Keys of a value known only frame by frame: one where it differs from the frame before or
-// `moves` says it is in motion, and, when a change follows a hold, one on the hold's last frame
-// as well, so that the host does not glide through the hold.
-class HeldKeys {
- public:
-  HeldKeys(OpenStream* stream, bool vector) : stream_(stream), vector_(vector) {}
-
-  bool Add(int32_t i, const A_Time& time, const A_Time& before, const Vector& value, bool moves) {
-    const bool changed = !(value == last_);
-    bool ok = true;
-    if (i > 1 && changed && !lastKeyed_) ok = stream_->AddKey(before, Of(last_));
-    lastKeyed_ = i == 0 || changed || moves;
-    if (ok && lastKeyed_) ok = stream_->AddKey(time, Of(value));
-    last_ = value;
-    return ok;
-  }
-
- private:
-  AEGP_StreamVal2 Of(const Vector& v) const { return vector_ ? ThreeD(v.x, v.y, v.z) : OneD(v.x); }
-
-  OpenStream* stream_;
-  bool vector_;
-  Vector last_;
-  bool lastKeyed_ = false;
-};
-
-// The point of interest at `time`, host terms: where the target stands, or, without one, the
-// point ahead of the flattened light.
-Vector PointOfInterestAt(const ObjectConversion& c, const VectorTracks& target, const Vector& targetStatic,
-                         const Vector& scenePosition, const Vector& sceneRotation, const BaseTime& time) {
-  if (!c.targetObject) return AheadOf(scenePosition, sceneRotation, c.rotationOrder);
-  Vector own = targetStatic;
-  ReadAt(target, time, &own);
-  return TargetPoint(c, own, time);
-}
-
 bool AnyAnimatedAncestor(const std::vector<AncestorTransform>& ancestors) {
   for (const AncestorTransform& record : ancestors)
     if (record.animated) return true;
@@ -146,22 +110,16 @@ bool AddTransformKeys(ObjectConversion* c) {
   VectorTracks scale;
   if (c->isPlainObject) scale = FindAnimatedTracks(object, c->sceneLayer, ObjectParam_Scale);
 
+  const bool animatesPoi =
+      target.Any() || (c->derivesPointOfInterest && (position.tracks[0] || rotation.tracks[1] || rotation.tracks[2]));
   const bool animatedAncestor = AnyAnimatedAncestor(c->ancestors);
-  // A derived point moves with anything that moves or turns the light, its parents included.
-  const bool animatesPoi = target.Any() || AnyAnimatedAncestor(c->targetAncestors) ||
-                           (c->derivesPointOfInterest && (position.Any() || rotation.Any() || animatedAncestor));
   if (!position.Any() && !rotation.Any() && !animatesPoi && !animatedAncestor && !(c->isPlainObject && scale.Any()))
     return true;
 
   bool ok = c->positionStream.StartKeys();
   if (ok && c->isPlainObject) ok = c->scaleStream.StartKeys();
   if (ok && !poiOnly) ok = c->rotateXStream.StartKeys() && c->rotateYStream.StartKeys();
-  // An aimed layer's Z rotation is its roll, which its own bank track or a turning parent moves,
-  // or, under a parent turned at all, a move of the layer or its target that turns the line of
-  // sight.
-  const bool rolls =
-      rotation.tracks[2] || animatedAncestor || (!c->ancestors.empty() && (target.Any() || position.Any()));
-  if (ok && (!poiOnly || rolls)) ok = c->rotationStream.StartKeys();
+  if (ok && (!poiOnly || rotation.tracks[2])) ok = c->rotationStream.StartKeys();
   if (ok && animatesPoi) ok = c->anchorStream.StartKeys();
   if (!ok) return false;
 
@@ -174,9 +132,7 @@ bool AddTransformKeys(ObjectConversion* c) {
   Sampled positionSample{c->rawPosition, c->rawPosition, c->rawPosition};
   Sampled rotationSample{c->rawRotation, c->rawRotation, c->rawRotation};
   Sampled scaleSample{c->rawScale, c->rawScale, c->rawScale};
-  Vector lastPosition, lastRotation, lastHostRotation;
-  double lastRoll = 0.0;
-  HeldKeys pointKeys(&c->anchorStream, true), rollKeys(&c->rotationStream, false);
+  Vector lastPosition, lastRotation, lastHostRotation, lastPoi;
   Vector targetStatic;
   if (c->targetObject) t_ORYOS_Bo->GetPosition(c->targetObject, &targetStatic);
 
@@ -189,36 +145,37 @@ bool AddTransformKeys(ObjectConversion* c) {
     rotationSample.value = c->rawRotation;
     scaleSample.value = c->rawScale;
     const bool positionMoves = SampleVector(kPositionKind, hasNext, position, &positionSample, t, tNext, c->ancestors);
+    const Vector rawPosition = positionSample.value;
     bool scaleMoves = false;
     if (c->isPlainObject) scaleMoves = SampleVector(kScaleKind, hasNext, scale, &scaleSample, t, tNext, c->ancestors);
     const bool rotationMoves = SampleVector(kRotationKind, hasNext, rotation, &rotationSample, t, tNext, c->ancestors);
+    const Vector rawRotation = rotationSample.value;
     Vector p = positionSample.value;
     Vector r = rotationSample.value;
     Vector s = scaleSample.value;
     if (!c->ancestors.empty()) FlattenTransform(&p, &r, &s, t, document, c->ancestors, c->rotationOrder);
-    const Vector scenePosition = p, sceneRotation = r;
     ToHostTransform(&p, &r, i != 0, &lastRotation, c->rotationOrder);
-    const Vector poi = animatesPoi ? PointOfInterestAt(*c, target, targetStatic, scenePosition, sceneRotation, t)
-                                   : c->pointOfInterest;
-    if (c->targetObject) {
-      r.z = AimedRoll(*c, scenePosition, poi, rotationSample.value, t, i != 0, &lastRoll);
-    } else if (poiOnly) {
-      r.z = HostRoll(sceneRotation, c->rotationOrder, i != 0, &lastRoll);
-    }
 
-    const A_Time before = HostFrameTime(in, hostScale, i - 1);
     if (i == 0 || !(p == lastPosition) || positionMoves) ok = c->positionStream.AddKey(hostTime, ThreeD(p.x, p.y, p.z));
     const bool zeroScale = s == Vector{0.0, 0.0, 0.0};
     if (ok && c->isPlainObject && !(i > 0 && zeroScale && !scaleMoves))
       ok = c->scaleStream.AddKey(hostTime, ThreeD(s.x * 100.0, s.y * 100.0, s.z * 100.0));
-    if (ok && poiOnly) {
-      // The roll may change with the point of interest, which is known only frame by frame.
-      ok = rollKeys.Add(i, hostTime, before, Vector{r.z, 0.0, 0.0}, rotationMoves);
-    } else if (ok && !(i > 0 && r == lastHostRotation && !rotationMoves)) {
-      ok = c->rotateXStream.AddKey(hostTime, OneD(r.x)) && c->rotateYStream.AddKey(hostTime, OneD(r.y)) &&
-           c->rotationStream.AddKey(hostTime, OneD(r.z));
+    if (ok && !(i > 0 && r == lastHostRotation && !rotationMoves)) {
+      if (!poiOnly) ok = c->rotateXStream.AddKey(hostTime, OneD(r.x)) && c->rotateYStream.AddKey(hostTime, OneD(r.y));
+      if (ok) ok = c->rotationStream.AddKey(hostTime, OneD(r.z));
     }
-    if (ok && animatesPoi) ok = pointKeys.Add(i, hostTime, before, poi, false);
+    if (ok && animatesPoi) {
+      Vector poi;
+      if (c->targetObject) {
+        poi = targetStatic;
+        ReadAt(target, t, &poi);
+        poi.y = -poi.y;
+      } else {
+        poi = DerivePointOfInterest(rawRotation, rawPosition);
+      }
+      if (i == 0 || !(poi == lastPoi)) ok = c->anchorStream.AddKey(hostTime, ThreeD(poi.x, poi.y, poi.z));
+      lastPoi = poi;
+    }
     lastPosition = p;
     lastHostRotation = r;
   }

@@ -155,17 +155,12 @@ TEST_F(ImportScene, LightParametersAreTheHostsOwn) {
   EXPECT_DOUBLE_EQ(key["color"][0].asDouble(), 1.0);
   EXPECT_DOUBLE_EQ(key["color"][1].asDouble(), 1.0);
   EXPECT_DOUBLE_EQ(key["color"][2].asDouble(), 0.5);
-  // Standard light kind 0 is a point light. The host gives a point light no point of interest,
-  // so it is turned by its X, Y and Z rotations (here none) like a camera without a target, and
-  // its point of interest stays where the new layer had it, at the middle of the picture.
+  // Standard light kind 0 is a point light; a light without target looks 1000 ahead.
   const Json::Value& bulb = Layer("Bulb");
   EXPECT_EQ(bulb["light"]["type"].asString(), "point");
   EXPECT_DOUBLE_EQ(bulb["light"]["intensity"].asDouble(), 200.0);
   EXPECT_FALSE(bulb["light"].isMember("coneAngle"));
-  ASSERT_TRUE(bulb["transform"].isMember("rotationX")) << bulb.toStyledString();
-  EXPECT_DOUBLE_EQ(bulb["transform"]["rotationX"].asDouble(), 0.0);
-  EXPECT_DOUBLE_EQ(bulb["transform"]["rotationY"].asDouble(), 0.0);
-  ExpectVector(bulb["transform"]["pointOfInterest"], 960.25, 540, 0);
+  ExpectVector(bulb["transform"]["pointOfInterest"], 0, 0, 1000);
 }
 
 TEST_F(ImportScene, SceneMarkersBecomeCompositionMarkersOnce) {
