@@ -178,6 +178,15 @@ int CheckComp(const Project& project, const std::string& name) {
 
 }  // namespace
 
+// A tolerance is a number of 0 or more; the message says so without printing the largest double.
+const CLI::Validator kToleranceValue(
+    [](const std::string& text) -> std::string {
+      double value = 0.0;
+      if (!CLI::detail::lexical_cast(text, value) || !(value >= 0.0)) return "\"" + text + "\" is not a number of 0 or more";
+      return "";
+    },
+    "NUMBER >= 0");
+
 CLI::App* AddRoundtripCommand(CLI::App& app, RoundtripOptions& options) {
     CLI::App* command = app.add_subcommand(
         "roundtrip", "export a composition, import the scene into a fresh project, and compare the layers' world matrices");
@@ -185,10 +194,10 @@ CLI::App* AddRoundtripCommand(CLI::App& app, RoundtripOptions& options) {
     command->add_option("--comp", options.comp, "the composition to carry out and back")->required();
     command->add_option("--tolerance-position", options.tolerancePosition,
                         "largest position difference still within tolerance, pixels (default 1e-3)")
-        ->check(CLI::NonNegativeNumber);
+        ->check(kToleranceValue);
     command->add_option("--tolerance-rotation", options.toleranceRotation,
                         "largest rotation difference still within tolerance, degrees (default 1e-3)")
-        ->check(CLI::NonNegativeNumber);
+        ->check(kToleranceValue);
     AddHostOptions(*command, options.host);
     return command;
 }

@@ -271,7 +271,10 @@ const BadInputCase kCases[] = {
      {"Nope"}},
     {"RoundtripNegativeTolerance", Tool::kAehost,
      {"roundtrip", Examples("rig.json"), "--comp", "Rig", "--tolerance-position", "-1", "--quiet"}, kBadInput,
-     {"--tolerance-position", "-1"}},
+     {"--tolerance-position", "\"-1\" is not a number of 0 or more"}},
+    {"RoundtripToleranceNotANumber", Tool::kAehost,
+     {"roundtrip", Examples("rig.json"), "--comp", "Rig", "--tolerance-rotation", "tight", "--quiet"}, kBadInput,
+     {"--tolerance-rotation", "\"tight\" is not a number of 0 or more"}},
     {"RoundtripUnknownOption", Tool::kAehost, {"roundtrip", Examples("rig.json"), "--comp", "Rig", "--exact"}, kBadInput,
      {"--exact"}},
 
