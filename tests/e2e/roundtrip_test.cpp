@@ -116,6 +116,39 @@ TEST_F(Roundtrip, SamplingAtAnNtscRateIsNotExactAndATightToleranceFails) {
   EXPECT_GT(std::stod(Row(tightTurn.out, "Cam").at(3)), 1e-6) << tightTurn.out;
 }
 
+// A camera that looks at its point of interest, under a null in the middle of the frame. The
+// export puts the camera's target under the null, and the import takes the target's own
+// position as the point of interest, without the null: the camera comes back looking at the
+// composition's corner instead of the null's centre, and more so when the null turns.
+std::string ParentedCameraProject(const std::string& nullTurn) {
+  return R"({"format": "aehost-project", "version": 1, "path": "/p/parented.aep",
+ "footage": [{"id": 1, "name": "N", "width": 100, "height": 100, "solid": {"color": [1, 1, 1]}}],
+ "comps": [{"id": 2, "name": "Main", "width": 1920, "height": 1080, "frameRate": 25, "duration": 2, "layers": [
+  {"id": 1, "name": "Holder", "source": 1, "threeD": true, "null": true,
+   "transform": {"position": [960, 540, 0], "rotationY": )" +
+         nullTurn + R"(}},
+  {"id": 2, "name": "Cam", "type": "camera", "parent": 1,
+   "transform": {"pointOfInterest": [0, 0, 0], "position": [0, 0, -1000]}}]}]})";
+}
+
+TEST_F(Roundtrip, AnAimedCameraUnderAParentComesBackAimedElsewhere) {
+  const auto still = Run({Write(ParentedCameraProject("0")), "--comp", "Main"});
+  EXPECT_EQ(still.exitCode, 1) << still.out << still.err;
+  const auto cam = Row(still.out, "Cam");
+  ASSERT_EQ(cam.size(), 6u) << still.out;
+  // The camera's place comes back (within the half pixel by which the export sets layers
+  // stacked at one depth apart); its aim does not.
+  EXPECT_LE(std::stod(cam[2]), 0.5 + 1e-9);
+  EXPECT_GT(std::stod(cam[3]), 10.0);
+  // A turning parent adds its turn to the difference: the camera turns with the null by up
+  // to 90 degrees, the imported one does not.
+  const auto turning =
+      Run({Write(ParentedCameraProject(R"({"keys": [{"time": 0, "value": 0}, {"time": 2, "value": 90}]})")),
+           "--comp", "Main"});
+  EXPECT_EQ(turning.exitCode, 1) << turning.out << turning.err;
+  EXPECT_GT(std::stod(Row(turning.out, "Cam").at(3)), std::stod(cam[3]) + 45.0) << turning.out;
+}
+
 TEST_F(Roundtrip, BadInputExitsWith2) {
   const std::string project = Write(Project("25"));
   const auto noComp = Run({project, "--comp", "Nowhere"});
