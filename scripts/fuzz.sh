@@ -3,11 +3,12 @@
 # runs each for N seconds (first argument, default 30) on its seed corpus. Exits non-zero
 # as soon as a target finds a crash, a leak or a hang; the input that did it is kept in
 # <build>/findings/.
-#   bash scripts/fuzz.sh [seconds]
+#   bash scripts/fuzz.sh [seconds] [target ...]     (all targets when none is named)
 set -euo pipefail
 here="$(cd "$(dirname "$0")/.." && pwd)"
 build="${QAE_FUZZ_BUILD_DIR:-$here/build-fuzz}"
 seconds="${1:-30}"
+chosen=("${@:2}")
 if ! [[ "$seconds" =~ ^[1-9][0-9]*$ ]]; then
   echo "fuzz.sh: seconds must be a whole number above 0, not \"$seconds\"" >&2
   exit 2
@@ -23,6 +24,18 @@ targets=(
   "answers_fuzz -"
   "dialect_fuzz -"
 )
+
+if (( ${#chosen[@]} )); then
+  kept=()
+  for entry in "${targets[@]}"; do
+    for name in "${chosen[@]}"; do [[ "${entry%% *}" == "$name" ]] && kept+=("$entry"); done
+  done
+  if (( ${#kept[@]} != ${#chosen[@]} )); then
+    echo "fuzz.sh: unknown target among \"${chosen[*]}\"; the targets are: ${targets[*]%% *}" >&2
+    exit 2
+  fi
+  targets=("${kept[@]}")
+fi
 
 cmake -S "$here" -B "$build" -G Ninja -DQAE_FUZZ=ON \
   -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null

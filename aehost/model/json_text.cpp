@@ -10,6 +10,11 @@ namespace {
 
 void AppendNumber(double value, std::string& out) {
   if (!std::isfinite(value)) throw std::domain_error("JSON has no form for " + std::to_string(value));
+  // "-0" would read back as the whole number 0; a fraction keeps the sign.
+  if (value == 0.0 && std::signbit(value)) {
+    out += "-0.0";
+    return;
+  }
   char buffer[32];
   const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
   out.append(buffer, result.ptr);

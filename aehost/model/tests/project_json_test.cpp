@@ -62,6 +62,18 @@ TEST(ProjectJsonRoundTrip, AProjectBuiltByTheCreationCallsReadsBackTheSame) {
   EXPECT_EQ(keys.keys[0].value, V(1.0 / 3.0, 2, 3));
 }
 
+TEST(ProjectJsonRoundTrip, NegativeZeroComesBackAsItWasWritten) {
+  // A single key of -0 on a layer with a camera before it (found by fuzzing).
+  const std::string text = R"({"format":"aehost-project","version":1,
+ "comps":[{"id":1,"name":"Main","width":640,"height":360,"frameRate":24,"duration":2,
+  "layers":[
+    {"id":3,"type":"camera","transform":{"position":[320,1,-800],"pointOfInterest":[320,0,0]}},
+    {"id":2,"source":4,"threeD":true,"transform":{"position":{"keys":[{"time":0,"value":[0,0,-.0],"in":"hold"}]}}}]}],
+ "footage":[{"id":4,"name":"white","width":64,"height":64,"solid":{"color":[1,1,1]}}]})";
+  const std::string written = WriteProject(ReadProject(text, "fuzz.json"));
+  EXPECT_EQ(WriteProject(ReadProject(written, "written")), written);
+}
+
 TEST(ProjectJsonRoundTrip, TextKeepsEveryCharacter) {
   SmallProject p;
   Layer& solid = p.Solid();
