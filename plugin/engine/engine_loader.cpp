@@ -81,8 +81,10 @@ bool LoadQuillon(const std::u16string& path, const char* startText, const std::u
       return false;
     }
   }
-  const bool found = Resolve("QuillonInitialize", g_pfnInitialize) &
-                     Resolve("IsQuillonInitialized", g_pfnIsInitialized) & Resolve("QuillonShutdown", g_pfnShutdown);
+  // Every entry point is looked up, also after one is missing, so that the log names them all.
+  bool found = Resolve("QuillonInitialize", g_pfnInitialize);
+  found = Resolve("IsQuillonInitialized", g_pfnIsInitialized) && found;
+  found = Resolve("QuillonShutdown", g_pfnShutdown) && found;
   if (!found) return false;
   try {
     std::vector<char16_t*> pointers;
