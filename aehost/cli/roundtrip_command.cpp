@@ -14,7 +14,6 @@
 
 #include "aehost/cli/commands.h"
 #include "aehost/core/host.h"
-#include "aehost/model/project_json.h"
 #include "aehost/model/transform.h"
 
 namespace aehost {
@@ -148,12 +147,7 @@ int ExportAndImport(HostSession& session, const std::string& compName, const std
 
 int Compare(const RoundtripOptions& options, const Project& imported) {
     Project original;
-    try {
-        original = LoadProjectFile(options.project);
-    } catch (const std::exception& e) {
-        HostError(e.what());
-        return kExitBadInput;
-    }
+    if (int code = ReadProjectFile(options.project, original)) return code;
     const Item* comp = FindComp(original, options.comp);
     const Item* importedComp = ImportedComp(imported);
     if (!importedComp) HostError("the import made no composition");

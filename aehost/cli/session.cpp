@@ -51,12 +51,21 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
                      "report handles the plug-in left open, but do not fail because of them");
 }
 
-int OpenProject(const HostOptions& options, const std::string& projectPath, HostSession& session) {
+int ReadProjectFile(const std::string& path, Project& project) {
     try {
-        session.project = projectPath.empty() ? NewProject() : LoadProjectFile(projectPath);
+        project = LoadProjectFile(path);
     } catch (const std::exception& e) {
         HostError(e.what());
         return kExitBadInput;
+    }
+    return kExitOk;
+}
+
+int OpenProject(const HostOptions& options, const std::string& projectPath, HostSession& session) {
+    if (projectPath.empty()) {
+        session.project = NewProject();
+    } else if (int code = ReadProjectFile(projectPath, session.project)) {
+        return code;
     }
     std::string error;
     if (!options.answers.empty() && !ReadAnswersFile(options.answers, &session.answers, &error)) {

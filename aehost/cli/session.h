@@ -40,6 +40,9 @@ struct HostSession {
 // is empty) and the answers, and installs both in the host. kExitOk, or
 // kExitBadInput after a message.
 int OpenProject(const HostOptions& options, const std::string& projectPath, HostSession& session);
+// Reads a project description into `project`; a file that is missing or not a description is
+// reported and gives the bad-input exit code.
+int ReadProjectFile(const std::string& path, Project& project);
 
 // Loads the plug-in and runs its entry point; kExitOk or kExitFailed after a message.
 int StartPlugin(const HostOptions& options, const char* argv0, HostSession& session);

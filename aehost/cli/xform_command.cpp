@@ -10,7 +10,6 @@
 #include "aehost/core/host_time.h"
 #include "aehost/core/model_handles.h"
 #include "aehost/core/suites.h"
-#include "aehost/model/project_json.h"
 #include "aehost/script/expression_engine.h"
 
 namespace aehost {
@@ -52,12 +51,7 @@ CLI::App* AddXformCommand(CLI::App& app, XformOptions& options) {
 
 int RunXform(const XformOptions& options) {
     Project project;
-    try {
-        project = LoadProjectFile(options.project);
-    } catch (const std::exception& e) {
-        HostError(e.what());
-        return kExitBadInput;
-    }
+    if (int code = ReadProjectFile(options.project, project)) return code;
     const Item* comp = FindComp(project, options.comp);
     if (!comp) {
         HostError("the project has no composition named \"" + options.comp + "\"");

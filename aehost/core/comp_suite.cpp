@@ -134,7 +134,7 @@ A_Err CreateComp(AEGP_ItemH parent_folderH0, const A_UTF16Char* nameZ, A_long wi
         if (!frameratePRt || !FromRatio(*frameratePRt, &rate) || rate <= 0.0)
             return Refuse(call, "frame rate must be positive");
         if (rate > kMaxCompFrameRate)
-            return Refuse(call, "frame rate is above 1000 frames a second");
+            return Refuse(call, "frame rate is above " + ShortNumber(kMaxCompFrameRate) + " frames a second");
         Item& comp = AddComp(*project, Utf16zToUtf8(nameZ), width, height, aspect, duration, rate, folderId);
         Trace("made composition " + Quoted(comp.name) + " " + std::to_string(width) + "x" + std::to_string(height) +
               ", " + ShortNumber(rate) + " fps, " + ShortNumber(duration) + " s");
