@@ -2,10 +2,11 @@
 
 #include <json/json.h>
 
-#include <fstream>
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
+
+#include "files/read_file.h"
 
 namespace aehost {
 
@@ -103,18 +104,8 @@ bool ReadAnswers(const std::string& text, const std::string& sourceName, UserAns
 }
 
 bool ReadAnswersFile(const std::string& path, UserAnswers* answers, std::string* error) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        *error = path + ": cannot open the answers file";
-        return false;
-    }
-    std::string text(kMaxAnswersBytes + 1, '\0');
-    in.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(in.gcount()));
-    if (text.size() > kMaxAnswersBytes) {
-        *error = path + ": answers file larger than 1 MiB";
-        return false;
-    }
+    std::string text;
+    if (!qae::files::ReadWholeFile(path, {kMaxAnswersBytes, "an answers file"}, &text, error)) return false;
     return ReadAnswers(text, path, answers, error);
 }
 

@@ -22,7 +22,7 @@ struct UserAnswers {
 // `sourceName`, the key and the problem.
 bool ReadAnswers(const std::string& text, const std::string& sourceName, UserAnswers* answers, std::string* error);
 
-// The same from a file of at most 1 MiB.
+// The same from a regular file of at most 1 MiB.
 bool ReadAnswersFile(const std::string& path, UserAnswers* answers, std::string* error);
 
 }  // namespace aehost

@@ -22,8 +22,12 @@ struct ExportOptions {
 CLI::App* AddExportCommand(CLI::App& app, ExportOptions& options);
 int RunExport(const ExportOptions& options, const char* argv0);
 // Clicks the plug-in's File > Export command on the active composition and checks
-// that it wrote the scene file the user chose; kExitOk or kExitFailed after a message.
-int ClickExport(const std::string& compName, const ScriptUser& user);
+// that it wrote the scene file the user chose, whose path goes to `written`; kExitOk or
+// kExitFailed after a message.
+int ClickExport(const std::string& compName, const ScriptUser& user, std::string* written = nullptr);
+// The file the plug-in writes when the user chose `chosen` in the save dialog: the name with
+// the suffix ".ory" (in any case) as it is, else with ".ory" in place of its suffix or added.
+std::string SceneFileFor(const std::string& chosen);
 
 struct ImportOptions {
     HostOptions host;

@@ -3,6 +3,7 @@
 // the summary of what the import built goes to standard output.
 #include <filesystem>
 #include <iostream>
+#include <new>
 
 #include "aehost/cli/commands.h"
 #include "aehost/cli/summary.h"
@@ -10,6 +11,7 @@
 #include "aehost/core/progress.h"
 #include "aehost/core/trace.h"
 #include "aehost/model/project_json.h"
+#include "files/same_file.h"
 
 namespace aehost {
 
@@ -38,10 +40,23 @@ int ImportThroughFlavor(const std::string& file) {
 
 namespace {
 
+// Saving the project over an input would lose that input: the scene or the project imported into.
+int RefuseOutputOverInput(const ImportOptions& options) {
+    for (const std::string& input : {options.file, options.project}) {
+        if (input.empty() || !qae::files::SameFile(options.output, input)) continue;
+        HostError("--output " + options.output + " is the same file as the input " + input + "; nothing was written");
+        return kExitBadInput;
+    }
+    return kExitOk;
+}
+
 int ImportFile(const ImportOptions& options, HostSession& session) {
     if (const int code = ImportThroughFlavor(options.file)) return code;
     try {
         SaveProjectFile(session.project, options.output);
+    } catch (const std::bad_alloc&) {
+        HostError("out of memory while saving the project to " + options.output);
+        return kExitFailed;
     } catch (const std::exception& e) {
         HostError(e.what());
         return kExitFailed;
@@ -54,9 +69,9 @@ int ImportFile(const ImportOptions& options, HostSession& session) {
 
 CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options) {
     CLI::App* command = app.add_subcommand("import", "import a file through the plug-in's import flavor and save the project");
-    command->add_option("file", options.file, "the file to import")->required()->check(CLI::ExistingFile);
+    command->add_option("file", options.file, "the file to import")->required()->check(RegularFile());
     command->add_option("--project", options.project, "project description to import into (default: an empty project)")
-        ->check(CLI::ExistingFile);
+        ->check(RegularFile());
     command->add_option("--output", options.output, "where to save the project description")->required();
     CLI::Option* comp = command->add_option("--comp", options.comp, "the composition open while importing");
     command->add_option("--layer", options.layer, "the layer selected in it (where scene markers go)")->needs(comp);
@@ -65,6 +80,7 @@ CLI::App* AddImportCommand(CLI::App& app, ImportOptions& options) {
 }
 
 int RunImport(const ImportOptions& options, const char* argv0) {
+    if (const int code = RefuseOutputOverInput(options)) return code;
     HostSession session;
     if (const int code = OpenProject(options.host, options.project, session)) return code;
     if (!options.comp.empty())

@@ -2,6 +2,8 @@
 // command line over a JSON project description.
 #include <CLI/CLI.hpp>
 
+#include <new>
+
 #include "aehost/cli/commands.h"
 #include "aehost/cli/session.h"
 
@@ -36,10 +38,16 @@ int main(int argc, char** argv) {
         const int code = app.exit(e);
         return code == 0 ? aehost::kExitOk : aehost::kExitBadInput;
     }
-    if (exportCommand->parsed()) return aehost::RunExport(exportOptions, argv[0]);
-    if (importCommand->parsed()) return aehost::RunImport(importOptions, argv[0]);
-    if (xformCommand->parsed()) return aehost::RunXform(xformOptions);
-    if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
-    if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
+    // Out of memory is no fault of the input: the same command may succeed with more.
+    try {
+        if (exportCommand->parsed()) return aehost::RunExport(exportOptions, argv[0]);
+        if (importCommand->parsed()) return aehost::RunImport(importOptions, argv[0]);
+        if (xformCommand->parsed()) return aehost::RunXform(xformOptions);
+        if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
+        if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
+    } catch (const std::bad_alloc&) {
+        aehost::HostError("out of memory while running " + app.get_subcommands().front()->get_name());
+        return aehost::kExitFailed;
+    }
     return aehost::kExitBadInput;
 }

@@ -10,7 +10,7 @@ namespace aehost {
 
 CLI::App* AddMenuCommand(CLI::App& app, MenuOptions& options) {
     CLI::App* command = app.add_subcommand("menu", "list the plug-ins' menu commands and whether they are enabled");
-    command->add_option("project", options.project, "project description (JSON)")->required()->check(CLI::ExistingFile);
+    command->add_option("project", options.project, "project description (JSON)")->required()->check(RegularFile());
     command->add_option("--comp", options.comp, "the composition to make active (default: nothing active)");
     AddHostOptions(*command, options.host);
     return command;

@@ -184,7 +184,7 @@ const CLI::Validator kToleranceValue(
 CLI::App* AddRoundtripCommand(CLI::App& app, RoundtripOptions& options) {
     CLI::App* command = app.add_subcommand(
         "roundtrip", "export a composition, import the scene into a fresh project, and compare the layers' world matrices");
-    command->add_option("project", options.project, "project description (JSON)")->required()->check(CLI::ExistingFile);
+    command->add_option("project", options.project, "project description (JSON)")->required()->check(RegularFile());
     command->add_option("--comp", options.comp, "the composition to carry out and back")->required();
     command->add_option("--tolerance-position", options.tolerancePosition,
                         "largest position difference still within tolerance, pixels (default 1e-3)")

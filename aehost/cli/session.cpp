@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <iostream>
+#include <new>
 
 #include "aehost/core/exit_report.h"
 #include "aehost/core/hooks.h"
@@ -11,6 +12,7 @@
 #include "aehost/core/trace.h"
 #include "aehost/model/project_json.h"
 #include "aehost/script/expression_engine.h"
+#include "files/read_file.h"
 
 namespace aehost {
 
@@ -51,9 +53,21 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
                      "report handles the plug-in left open, but do not fail because of them");
 }
 
+CLI::Validator RegularFile() {
+    return CLI::Validator(
+        [](std::string& path) {
+            std::string error;
+            return qae::files::CheckRegularFile(path, &error) ? std::string() : error;
+        },
+        "FILE");
+}
+
 int ReadProjectFile(const std::string& path, Project& project) {
     try {
         project = LoadProjectFile(path);
+    } catch (const std::bad_alloc&) {
+        HostError("out of memory while reading the project description " + path);
+        return kExitFailed;
     } catch (const std::exception& e) {
         HostError(e.what());
         return kExitBadInput;

@@ -29,6 +29,10 @@ struct HostOptions {
 
 void AddHostOptions(CLI::App& command, HostOptions& options);
 
+// The check of a command-line argument that names an input file: a regular file, since a
+// fifo would block the plug-in's reader and a device such as /dev/zero never end.
+CLI::Validator RegularFile();
+
 struct HostSession {
     Project project;
     UserAnswers answers;
@@ -41,7 +45,7 @@ struct HostSession {
 // kExitBadInput after a message.
 int OpenProject(const HostOptions& options, const std::string& projectPath, HostSession& session);
 // Reads a project description into `project`; a file that is missing or not a description is
-// reported and gives the bad-input exit code.
+// reported and gives the bad-input exit code, running out of memory the failure exit code.
 int ReadProjectFile(const std::string& path, Project& project);
 
 // Loads the plug-in and runs its entry point; kExitOk or kExitFailed after a message.

@@ -2,14 +2,8 @@
 // JSON path of the offending value; aehost/PROJECT_FORMAT.md is the reference.
 #include "aehost/model/project_json.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <functional>
 #include <initializer_list>
 #include <map>
@@ -22,6 +16,8 @@
 #include <json/json.h>
 
 #include "aehost/model/json_text.h"
+#include "files/read_file.h"
+#include "files/replace_file.h"
 
 namespace aehost {
 namespace {
@@ -911,11 +907,10 @@ Project ReadProject(const std::string& jsonText, const std::string& sourceName) 
 }
 
 Project LoadProjectFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw ProjectFormatError(path + ": cannot be opened");
-  std::ostringstream text;
-  text << file.rdbuf();
-  return ReadProject(text.str(), path);
+  std::string text, error;
+  if (!qae::files::ReadWholeFile(path, {kMaxProjectFileBytes, "a project description"}, &text, &error))
+    throw ProjectFormatError(error);
+  return ReadProject(text, path);
 }
 
 std::string WriteProject(const Project& project) {
@@ -948,40 +943,11 @@ std::string WriteProject(const Project& project) {
   }
 }
 
-namespace {
-
-bool WriteAll(int fd, const std::string& text) {
-  for (std::size_t done = 0; done < text.size();) {
-    const ssize_t n = write(fd, text.data() + done, text.size() - done);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) return false;
-    done += static_cast<std::size_t>(n);
-  }
-  return fsync(fd) == 0;
-}
-
-}  // namespace
-
-// The text is made first and written beside the target, then renamed over it: a project
-// that cannot be written, or a write that fails half way, leaves the file that was there.
+// Written whole beside the target and renamed over it: a project that cannot be written, or
+// a write that fails half way, leaves the file that was there.
 void SaveProjectFile(const Project& project, const std::string& path) {
-  const std::string text = WriteProject(project);
-  std::string temp = path + ".XXXXXX";
-  const int fd = mkstemp(temp.data());
-  if (fd < 0) throw ProjectFormatError(path + ": cannot be written: " + std::strerror(errno));
-  struct stat existing {};
-  const mode_t mode = stat(path.c_str(), &existing) == 0 ? existing.st_mode & 07777 : 0644;
-  bool saved = fchmod(fd, mode) == 0 && WriteAll(fd, text);
-  int problem = errno;
-  saved = close(fd) == 0 && saved;
-  if (saved && rename(temp.c_str(), path.c_str()) != 0) {
-    problem = errno;
-    saved = false;
-  }
-  if (!saved) {
-    unlink(temp.c_str());
-    throw ProjectFormatError(path + ": cannot be written: " + std::strerror(problem));
-  }
+  std::string error;
+  if (!qae::files::ReplaceFileContent(path, WriteProject(project), &error)) throw ProjectFormatError(error);
 }
 
 }  // namespace aehost

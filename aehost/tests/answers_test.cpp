@@ -45,7 +45,7 @@ TEST(AnswersTest, ProblemsNameTheSourceAndTheKey) {
     EXPECT_FALSE(ReadAnswers(deep, "deep.json", &answers, &error));
     EXPECT_EQ(error.rfind("deep.json: not valid JSON: ", 0), 0u) << error;
     EXPECT_FALSE(ReadAnswersFile("/nonexistent/answers.json", &answers, &error));
-    EXPECT_EQ(error, "/nonexistent/answers.json: cannot open the answers file");
+    EXPECT_EQ(error, "/nonexistent/answers.json: cannot open: No such file or directory");
 }
 
 }  // namespace

@@ -2,9 +2,11 @@
 // are the file format's; this is the engine's handle on an open file.
 #include "quillon/api/scene_file.h"
 
-#include <filesystem>
-#include <fstream>
+#include <cstdio>
+#include <new>
 
+#include "files/read_file.h"
+#include "files/replace_file.h"
 #include "quillon/api/handles.h"
 #include "quillon/api/tables.h"
 #include "quillon/format/ory_format.h"
@@ -12,23 +14,23 @@
 namespace quillon {
 namespace {
 
-bool Readable(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return in.good();
-}
+// The engine's console: why a scene file could not be written, which the interface's
+// true-or-false results cannot say. A host shows it beside its own messages.
+void ConsoleLine(const std::string& text) { std::fprintf(stderr, "quillon: %s\n", text.c_str()); }
 
-bool WritableFolder(const std::string& path) {
-  std::error_code ignored;
-  std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  return folder.empty() || std::filesystem::is_directory(folder, ignored);
+bool Usable(const std::string& path, int32_t mode) {
+  std::string problem;
+  if (mode == kSceneFileModeRead) return qae::files::CheckRegularFile(path, &problem);
+  if (mode != kSceneFileModeWrite) return false;
+  if (qae::files::CheckReplaceable(path, &problem)) return true;
+  ConsoleLine(problem);
+  return false;
 }
 
 bool Open(SceneFile* file, int32_t ident, const Filename* path, int32_t mode, int32_t) {
   if (!file || !path || file->open || ident != kSceneFileIdent) return false;
   std::string target = PathOf(*path);
-  if (target.empty()) return false;
-  bool usable = mode == kSceneFileModeRead ? Readable(target) : mode == kSceneFileModeWrite && WritableFolder(target);
-  if (!usable) return false;
+  if (target.empty() || !Usable(target, mode)) return false;
   file->path = target;
   file->mode = mode;
   file->open = true;
@@ -50,13 +52,24 @@ void FreeSceneFile(SceneFile* file) { delete file; }
 
 bool WriteSceneFile(SceneFile& file, const Document& document) {
   if (!file.open || file.mode != kSceneFileModeWrite) return false;
-  bool written = format::WriteDocument(document, file.path, &file.error);
+  bool written = false;
+  try {
+    written = format::WriteDocument(document, file.path, &file.error);
+  } catch (const std::bad_alloc&) {
+    file.error = file.path + ": out of memory while writing the scene";
+  }
+  if (!written) ConsoleLine(file.error);
   file.failed = file.failed || !written;
   return written;
 }
 
 bool ReadSceneFile(const std::string& path, Document& document, std::string* error) {
-  return format::ReadDocument(path, document, error);
+  try {
+    return format::ReadDocument(path, document, error);
+  } catch (const std::bad_alloc&) {
+    if (error) *error = path + ": out of memory while reading the scene";
+    return false;
+  }
 }
 
 const ORYOS_Hf& HfTable() {

@@ -6,7 +6,8 @@
 #include "quillon/format/document_reader.h"
 #include "quillon/format/document_writer.h"
 #include "quillon/format/file_frame.h"
-#include "quillon/format/replace_file.h"
+#include "files/read_file.h"
+#include "files/replace_file.h"
 
 namespace quillon::format {
 namespace {
@@ -34,7 +35,7 @@ bool EncodeDocument(const Document& doc, std::vector<std::uint8_t>& bytes, std::
     bytes = std::move(w.bytes);
     return true;
   } catch (const std::bad_alloc&) {
-    return SetError(error, "out of memory while encoding the document");
+    throw;  // the caller knows what it was writing for
   } catch (const std::exception& e) {
     return SetError(error, e.what());
   }
@@ -53,7 +54,7 @@ bool DecodeDocument(const std::uint8_t* data, std::size_t size, Document& doc, s
     return SetError(error, e.what());
   } catch (const std::bad_alloc&) {
     EmptyDocument(doc);
-    return SetError(error, "out of memory while reading the document");
+    throw;
   }
 }
 
@@ -61,17 +62,19 @@ bool WriteDocument(const Document& doc, const std::string& path, std::string* er
   std::vector<std::uint8_t> bytes;
   std::string problem;
   if (!EncodeDocument(doc, bytes, &problem)) return SetError(error, path + ": " + problem);
-  return ReplaceFileContent(path, bytes, error);
+  return qae::files::ReplaceFileContent(
+      path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()), error);
 }
 
 bool ReadDocument(const std::string& path, Document& doc, std::string* error) {
-  std::vector<std::uint8_t> bytes;
-  if (!ReadFileContent(path, kMaxSceneFileBytes, bytes, error)) {
+  std::string bytes;
+  if (!qae::files::ReadWholeFile(path, {kMaxSceneFileBytes, "a scene file"}, &bytes, error)) {
     EmptyDocument(doc);
     return false;
   }
   std::string problem;
-  if (!DecodeDocument(bytes.data(), bytes.size(), doc, &problem)) return SetError(error, path + ": " + problem);
+  if (!DecodeDocument(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(), doc, &problem))
+    return SetError(error, path + ": " + problem);
   return true;
 }
 

@@ -4,14 +4,15 @@
 //   orytool dump --json FILE.ory       the JSON scene description that `build` reads back
 //   orytool validate FILE.ory          exit 0, or 2 with the byte offset and the problem
 //   orytool build SCENE.json --output FILE.ory
-// Exit codes: 0 success, 1 a file could not be written, 2 bad input or usage.
+// Exit codes: 0 success, 1 a file could not be written or memory ran out, 2 bad input or usage.
 #include <CLI/CLI.hpp>
 #include <json/json.h>
 
-#include <fstream>
 #include <iostream>
-#include <sstream>
+#include <memory>
+#include <new>
 
+#include "files/read_file.h"
 #include "quillon/format/ory_format.h"
 #include "quillon/orytool/scene_dump.h"
 #include "quillon/orytool/scene_json.h"
@@ -19,8 +20,12 @@
 
 namespace {
 
-constexpr int kExitWriteFailed = 1;
+constexpr int kExitFailed = 1;
 constexpr int kExitBadInput = 2;
+
+// Generous for a description written by hand or by a script, and a bound on what a wrong
+// file given as one can cost.
+constexpr qae::files::ReadLimit kSceneDescriptionLimit{std::size_t{256} << 20, "a scene description"};
 
 using quillon::Document;
 
@@ -39,18 +44,16 @@ std::string JsonText(const Json::Value& value) {
 }
 
 bool ParseJsonFile(const std::string& path, Json::Value& root, std::string* error) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    *error = path + ": cannot open";
-    return false;
-  }
+  std::string text;
+  if (!qae::files::ReadWholeFile(path, kSceneDescriptionLimit, &text, error)) return false;
   Json::CharReaderBuilder builder;
   builder["allowSpecialFloats"] = true;
   builder["failIfExtra"] = true;
   builder["rejectDupKeys"] = true;
+  const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
   std::string errors;
   try {
-    if (Json::parseFromStream(builder, in, &root, &errors)) return true;
+    if (reader->parse(text.data(), text.data() + text.size(), &root, &errors)) return true;
   } catch (const Json::Exception& e) {  // nesting beyond the parser's depth limit
     errors = e.what();
   }
@@ -92,7 +95,7 @@ int Build(const std::string& scenePath, const std::string& outputPath) {
   if (!ParseJsonFile(scenePath, root, &error)) return Complain(error, kExitBadInput);
   std::unique_ptr<Document> document = quillon::NewDocument();
   if (!quillon::orytool::JsonToDocument(root, *document, &error)) return Complain(scenePath + ": " + error, kExitBadInput);
-  if (!quillon::format::WriteDocument(*document, outputPath, &error)) return Complain(error, kExitWriteFailed);
+  if (!quillon::format::WriteDocument(*document, outputPath, &error)) return Complain(error, kExitFailed);
   return 0;
 }
 
@@ -132,7 +135,13 @@ int main(int argc, char** argv) {
     app.exit(e);
     return kExitBadInput;
   }
-  if (dump->parsed()) return Dump(file, asJson ? DumpForm::Json : summaryOnly ? DumpForm::Summary : DumpForm::Tree);
-  if (validate->parsed()) return Validate(file);
-  return Build(scene, output);
+  // Out of memory is no fault of the input: the same command may succeed with more.
+  try {
+    if (dump->parsed()) return Dump(file, asJson ? DumpForm::Json : summaryOnly ? DumpForm::Summary : DumpForm::Tree);
+    if (validate->parsed()) return Validate(file);
+    return Build(scene, output);
+  } catch (const std::bad_alloc&) {
+    return Complain("out of memory while " + (build->parsed() ? "building " + output + " from " + scene : "reading " + file),
+                    kExitFailed);
+  }
 }

@@ -316,7 +316,7 @@ TEST(ProjectJsonFiles, AFailedSaveLeavesTheOldFile) {
       SaveProjectFile(fine.project, target);
       ADD_FAILURE() << "saved to " << target;
     } catch (const ProjectFormatError& error) {
-      EXPECT_EQ(std::string(error.what()).rfind(target + ": cannot be written: ", 0), 0u) << error.what();
+      EXPECT_EQ(std::string(error.what()).rfind(target + ": cannot write: ", 0), 0u) << error.what();
     }
   }
   std::size_t files = 0;
