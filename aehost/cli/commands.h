@@ -52,6 +52,16 @@ struct XformOptions {
 CLI::App* AddXformCommand(CLI::App& app, XformOptions& options);
 int RunXform(const XformOptions& options);
 
+struct EvalOptions {
+    std::string project;
+    std::string comp;    // made active before the script runs
+    std::string script;  // a file of ExtendScript text
+    int layerIndex = 0;  // put in for %d
+};
+constexpr int kMaxEvalLayerIndex = 1 << 20;
+CLI::App* AddEvalCommand(CLI::App& app, EvalOptions& options);
+int RunEval(const EvalOptions& options);
+
 struct RoundtripOptions {
     HostOptions host;
     std::string project;

@@ -15,11 +15,13 @@ int main(int argc, char** argv) {
     aehost::XformOptions xformOptions;
     aehost::MenuOptions menuOptions;
     aehost::RoundtripOptions roundtripOptions;
+    aehost::EvalOptions evalOptions;
     CLI::App* exportCommand = aehost::AddExportCommand(app, exportOptions);
     CLI::App* importCommand = aehost::AddImportCommand(app, importOptions);
     CLI::App* xformCommand = aehost::AddXformCommand(app, xformOptions);
     CLI::App* menuCommand = aehost::AddMenuCommand(app, menuOptions);
     CLI::App* roundtripCommand = aehost::AddRoundtripCommand(app, roundtripOptions);
+    CLI::App* evalCommand = aehost::AddEvalCommand(app, evalOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ExcludesError&) {
@@ -32,7 +34,7 @@ int main(int argc, char** argv) {
         // saying that a command is missing.
         if (app.get_subcommands().empty() && !app.remaining().empty()) {
             aehost::HostError("unknown command \"" + app.remaining().front() +
-                              "\"; the commands are export, import, xform, menu and roundtrip");
+                              "\"; the commands are export, import, xform, menu, roundtrip and eval");
             return aehost::kExitBadInput;
         }
         const int code = app.exit(e);
@@ -45,6 +47,7 @@ int main(int argc, char** argv) {
         if (xformCommand->parsed()) return aehost::RunXform(xformOptions);
         if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
         if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
+    if (evalCommand->parsed()) return aehost::RunEval(evalOptions);
     } catch (const std::bad_alloc&) {
         aehost::HostError("out of memory while running " + app.get_subcommands().front()->get_name());
         return aehost::kExitFailed;

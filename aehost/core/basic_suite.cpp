@@ -46,6 +46,7 @@ const SuiteEntry kSuites[] = {
      DynamicStreamSuite()},
     {kAEGPKeyframeSuite, {kAEGPKeyframeSuiteVersion4}, KeyframeSuite()},
     {kAEGPMarkerSuite, {kAEGPMarkerSuiteVersion2}, MarkerSuite()},
+    {kAEGPTextDocumentSuite, {kAEGPTextDocumentSuiteVersion1}, TextDocumentSuite()},
 };
 
 std::string SuiteKey(const char* name, A_long version) { return std::string(name) + " version " + std::to_string(version); }

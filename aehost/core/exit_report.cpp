@@ -11,6 +11,8 @@ std::vector<std::string> ExitProblems() {
     for (const std::string& line : UnreleasedSuites()) lines.push_back("suite " + line);
     if (const auto n = g_host.streams.Entries().size())
         lines.push_back(std::to_string(n) + " stream handle(s) never disposed");
+    if (const auto n = g_host.textDocuments.Entries().size())
+        lines.push_back(std::to_string(n) + " text document value(s) never disposed");
     if (const auto n = g_host.keyBatches.Entries().size())
         lines.push_back(std::to_string(n) + " keyframe batch(es) never ended");
     if (const auto n = g_host.progress.Entries().size())

@@ -23,6 +23,7 @@ enum class HandleKind : std::uintptr_t {
     AddKeyframes = 9,
     Progress = 10,
     Blob = 11,
+    TextDocument = 12,
 };
 
 constexpr int kHandleKindBits = 4;

@@ -22,9 +22,9 @@ struct MemBlock {
     std::string what;
 };
 
-// What a stream handle stands for: a layer stream, or the markers of a
-// layer or of a composition.
-enum class StreamTarget { Layer, LayerMarkers, CompMarkers };
+// What a stream handle stands for: a layer stream, the markers of a layer or
+// of a composition, or the source text of a text layer.
+enum class StreamTarget { Layer, LayerMarkers, CompMarkers, SourceText };
 
 struct StreamRef {
     StreamTarget target = StreamTarget::Layer;
@@ -144,6 +144,7 @@ struct Host {
     std::vector<std::uintptr_t> freedMemory;  // to tell a double free from a wrong handle
     HandleTable<StreamRef> streams{HandleKind::Stream};
     HandleTable<Marker> markers{HandleKind::Marker};
+    HandleTable<TextDocument> textDocuments{HandleKind::TextDocument};  // source text values
     HandleTable<AddKeyframesBatch> keyBatches{HandleKind::AddKeyframes};
     HandleTable<ProgressDialog> progress{HandleKind::Progress};
 

@@ -6,6 +6,15 @@
 namespace aehost {
 
 A_Err ResolveStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* found) {
+    if (A_Err err = ResolveAnyStream(call, streamH, found)) return err;
+    if (found->IsSourceText()) {
+        *found = {};
+        return Refuse(call, "the source text holds text documents, not values of this call");
+    }
+    return A_Err_NONE;
+}
+
+A_Err ResolveAnyStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* found) {
     *found = {};
     Project* project = nullptr;
     if (A_Err err = OpenProject(call, &project)) return err;
@@ -55,6 +64,7 @@ A_Err ReadStreamTime(const char* call, AEGP_LTimeMode mode, const A_Time* time, 
 
 AEGP_StreamType StreamTypeOf(const ResolvedStream& rs) {
     if (rs.IsMarkers()) return AEGP_StreamType_MARKER;
+    if (rs.IsSourceText()) return AEGP_StreamType_TEXT_DOCUMENT;
     switch (StreamKindOf(rs.Id())) {
         case StreamKind::OneD: return AEGP_StreamType_OneD;
         case StreamKind::TwoD: return AEGP_StreamType_TwoD;

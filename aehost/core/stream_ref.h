@@ -15,11 +15,18 @@ struct ResolvedStream {
     StreamRef* ref = nullptr;
     Item* comp = nullptr;
     Layer* layer = nullptr;  // null for a composition's markers
-    bool IsMarkers() const { return ref->target != StreamTarget::Layer; }
+    bool IsMarkers() const {
+        return ref->target == StreamTarget::LayerMarkers || ref->target == StreamTarget::CompMarkers;
+    }
+    bool IsSourceText() const { return ref->target == StreamTarget::SourceText; }
     LayerStream Id() const { return static_cast<LayerStream>(ref->streamId); }
 };
 
+// A stream of numbers or markers; the source text, whose values are text
+// documents, is refused.
 A_Err ResolveStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* found);
+// Any stream, the source text included.
+A_Err ResolveAnyStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* found);
 
 // The markers a marker stream stands for.
 std::vector<Marker>& StreamMarkers(const ResolvedStream& rs);

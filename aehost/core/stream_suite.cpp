@@ -42,6 +42,7 @@ const StreamName kStreamNames[] = {
 
 bool Legal(const Layer& layer, AEGP_LayerStream which) {
     if (which == kMarkerStreamId) return true;
+    if (which == AEGP_LayerStream_SOURCE_TEXT) return layer.objectType == LayerObjectType::Text;
     return ModelStreamName(which) && IsStreamLegal(layer, static_cast<LayerStream>(which));
 }
 
@@ -59,7 +60,7 @@ A_Err CanVaryOverTime(AEGP_StreamRefH streamH, A_Boolean* can_varyPB) {
     return GuardCall("AEGP_CanVaryOverTime", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_CanVaryOverTime", can_varyPB);
         ResolvedStream rs;
-        if (A_Err err = ResolveStream("AEGP_CanVaryOverTime", streamH, &rs)) return err;
+        if (A_Err err = ResolveAnyStream("AEGP_CanVaryOverTime", streamH, &rs)) return err;
         *can_varyPB = !rs.IsMarkers();
         return A_Err_NONE;
     });
@@ -74,7 +75,9 @@ A_Err GetNewLayerStream(AEGP_PluginID, AEGP_LayerH layerH, AEGP_LayerStream whic
         if (!Legal(*at.layer, which_stream))
             return Refuse("AEGP_GetNewLayerStream", "stream " + std::to_string(which_stream) + " is not legal on this layer");
         StreamRef ref;
-        ref.target = which_stream == kMarkerStreamId ? StreamTarget::LayerMarkers : StreamTarget::Layer;
+        ref.target = which_stream == kMarkerStreamId                ? StreamTarget::LayerMarkers
+                     : which_stream == AEGP_LayerStream_SOURCE_TEXT ? StreamTarget::SourceText
+                                                                    : StreamTarget::Layer;
         ref.compId = at.comp->id;
         ref.layerId = at.layer->id;
         ref.streamId = which_stream;
@@ -100,8 +103,8 @@ A_Err GetStreamName(AEGP_StreamRefH streamH, A_Boolean, A_char* nameZ) {
     return GuardCall("AEGP_GetStreamName", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_GetStreamName", nameZ);
         ResolvedStream rs;
-        if (A_Err err = ResolveStream("AEGP_GetStreamName", streamH, &rs)) return err;
-        std::string name = rs.IsMarkers() ? "Marker" : ModelStreamName(rs.ref->streamId);
+        if (A_Err err = ResolveAnyStream("AEGP_GetStreamName", streamH, &rs)) return err;
+        std::string name = rs.IsMarkers() ? "Marker" : rs.IsSourceText() ? "Source Text" : ModelStreamName(rs.ref->streamId);
         const bool poi = rs.layer && rs.Id() == LayerStream::AnchorPoint &&
                          (rs.layer->objectType == LayerObjectType::Camera ||
                           rs.layer->objectType == LayerObjectType::Light);
@@ -116,8 +119,9 @@ A_Err IsStreamTimevarying(AEGP_StreamRefH streamH, A_Boolean* is_timevaryingPB) 
     return GuardCall("AEGP_IsStreamTimevarying", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_IsStreamTimevarying", is_timevaryingPB);
         ResolvedStream rs;
-        if (A_Err err = ResolveStream("AEGP_IsStreamTimevarying", streamH, &rs)) return err;
-        *is_timevaryingPB =
+        if (A_Err err = ResolveAnyStream("AEGP_IsStreamTimevarying", streamH, &rs)) return err;
+        if (rs.IsSourceText()) *is_timevaryingPB = rs.layer->text.keys.size() > 1;
+        else *is_timevaryingPB =
             rs.IsMarkers() ? false : IsTimeVarying(StreamOrDefault(*g_host.project, *rs.comp, *rs.layer, rs.Id()));
         return A_Err_NONE;
     });
@@ -127,7 +131,7 @@ A_Err GetStreamType(AEGP_StreamRefH streamH, AEGP_StreamType* stream_typeP) {
     return GuardCall("AEGP_GetStreamType", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_GetStreamType", stream_typeP);
         ResolvedStream rs;
-        if (A_Err err = ResolveStream("AEGP_GetStreamType", streamH, &rs)) return err;
+        if (A_Err err = ResolveAnyStream("AEGP_GetStreamType", streamH, &rs)) return err;
         *stream_typeP = StreamTypeOf(rs);
         return A_Err_NONE;
     });
@@ -156,12 +160,17 @@ A_Err GetNewStreamValue(AEGP_PluginID, AEGP_StreamRefH streamH, AEGP_LTimeMode t
         AEHOST_REQUIRE_OUT(call, valueP);
         *valueP = AEGP_StreamValue2{};
         ResolvedStream rs;
-        if (A_Err err = ResolveStream(call, streamH, &rs)) return err;
+        if (A_Err err = ResolveAnyStream(call, streamH, &rs)) return err;
         double seconds = 0.0;
         if (A_Err err = ReadStreamTime(call, time_mode, timePT, &seconds)) return err;
         valueP->streamH = streamH;
         if (rs.IsMarkers()) {
             valueP->val.markerP = NewMarkerHandle(MarkerAt(StreamMarkers(rs), StreamTime(rs, time_mode, seconds)));
+            return A_Err_NONE;
+        }
+        if (rs.IsSourceText()) {
+            const TextDocument& shown = TextDocumentAt(rs.layer->text, StreamTime(rs, time_mode, seconds));
+            valueP->val.text = MakeHandle<AEGP_TextDocumentH>(g_host.textDocuments.Add(shown));
             return A_Err_NONE;
         }
         std::string error;
@@ -173,16 +182,28 @@ A_Err GetNewStreamValue(AEGP_PluginID, AEGP_StreamRefH streamH, AEGP_LTimeMode t
     });
 }
 
-// A marker value owns its marker, whatever the plug-in put into it; other
-// values own nothing.
+// Whether a value owns a marker or a text document: by its stream while that
+// lives, else by what the value holds.
+bool OwnsMarker(const StreamRef* ref, const AEGP_StreamValue2& value) {
+    if (ref) return ref->target == StreamTarget::LayerMarkers || ref->target == StreamTarget::CompMarkers;
+    return g_host.markers.Find(HandleValue(value.val.markerP)) != nullptr;
+}
+
+bool OwnsTextDocument(const StreamRef* ref, const AEGP_StreamValue2& value) {
+    if (ref) return ref->target == StreamTarget::SourceText;
+    return g_host.textDocuments.Find(HandleValue(value.val.text)) != nullptr;
+}
+
+// A marker value owns its marker and a source text value its text document,
+// whatever the plug-in put into them; other values own nothing.
 A_Err DisposeStreamValue(AEGP_StreamValue2* valueP) {
     return GuardCall("AEGP_DisposeStreamValue", [&]() -> A_Err {
         if (!valueP) return Refuse("AEGP_DisposeStreamValue", "null value");
         const StreamRef* ref = g_host.streams.Find(HandleValue(valueP->streamH));
-        const bool markerValue = ref ? ref->target != StreamTarget::Layer
-                                     : g_host.markers.Find(HandleValue(valueP->val.markerP)) != nullptr;
-        if (markerValue && !g_host.markers.Remove(HandleValue(valueP->val.markerP)))
+        if (OwnsMarker(ref, *valueP) && !g_host.markers.Remove(HandleValue(valueP->val.markerP)))
             return Refuse("AEGP_DisposeStreamValue", "the value's marker was already disposed");
+        if (OwnsTextDocument(ref, *valueP) && !g_host.textDocuments.Remove(HandleValue(valueP->val.text)))
+            return Refuse("AEGP_DisposeStreamValue", "the value's text document was already disposed");
         *valueP = AEGP_StreamValue2{};
         return A_Err_NONE;
     });
@@ -266,7 +287,7 @@ const char* ModelStreamName(int id) {
 
 std::string StreamLabel(const ResolvedStream& rs) {
     if (!rs.layer) return "markers of composition " + Quoted(rs.comp->name);
-    const char* name = rs.IsMarkers() ? "markers" : ModelStreamName(rs.ref->streamId);
+    const char* name = rs.IsMarkers() ? "markers" : rs.IsSourceText() ? "Source Text" : ModelStreamName(rs.ref->streamId);
     return std::string(name ? name : "stream " + std::to_string(rs.ref->streamId)) + " of layer " +
            Quoted(ShownLayerName(*g_host.project, *rs.layer));
 }

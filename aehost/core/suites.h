@@ -23,5 +23,6 @@ const AEGP_StreamSuite9* StreamSuite();
 const AEGP_DynamicStreamSuite5* DynamicStreamSuite();
 const AEGP_KeyframeSuite4* KeyframeSuite();
 const AEGP_MarkerSuite2* MarkerSuite();
+const AEGP_TextDocumentSuite1* TextDocumentSuite();
 
 }  // namespace aehost

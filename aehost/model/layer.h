@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "aehost/model/stream.h"
+#include "aehost/model/text_document.h"
 
 namespace aehost {
 
@@ -72,6 +73,7 @@ struct Layer {
   std::vector<Marker> markers;
   CameraSettings camera;  // read for camera layers only
   LightSettings light;    // read for light layers only
+  SourceText text;        // read for text layers only
   // Streams given by the project description or set through the suites;
   // a stream that is legal but absent has its default (see DefaultStream).
   std::map<LayerStream, Stream> streams;

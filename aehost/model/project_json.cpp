@@ -59,6 +59,15 @@ constexpr Name<AutoOrient> kAutoOrient[] = {
     {AutoOrient::Off, "off"},
     {AutoOrient::TowardsPointOfInterest, "pointOfInterest"},
 };
+constexpr Name<Justification> kJustifications[] = {
+    {Justification::Left, "left"},
+    {Justification::Right, "right"},
+    {Justification::Center, "center"},
+    {Justification::FullLastLineLeft, "fullLastLineLeft"},
+    {Justification::FullLastLineRight, "fullLastLineRight"},
+    {Justification::FullLastLineCenter, "fullLastLineCenter"},
+    {Justification::FullLastLineFull, "fullLastLineFull"},
+};
 constexpr Name<Interpolation> kInterpolations[] = {
     {Interpolation::Linear, "linear"},
     {Interpolation::Bezier, "bezier"},
@@ -435,6 +444,77 @@ void ReadLightGroup(const In& at, Layer& layer) {
   ReadStreamGroup({streams, at.path, at.source}, kLightOptions, layer);
 }
 
+// ---------------------------------------------------------------- text layers
+
+// Fonts are named as the host names them, by PostScript name: printable ASCII
+// without blanks and without the characters PostScript reserves, at most 63.
+bool IsPostScriptName(const std::string& name) {
+  if (name.empty() || name.size() > 63) return false;
+  for (const char c : name) {
+    if (c < '!' || c > '~' || std::string_view("[](){}<>/%").find(c) != std::string_view::npos) return false;
+  }
+  return true;
+}
+
+TextColor ReadTextColor(const In& at) {
+  const Json::Value& array = RequireArray(at);
+  if (array.size() != 3) Fail(at, "expected 3 numbers (red, green, blue)");
+  TextColor color{};
+  for (Json::ArrayIndex i = 0; i < 3; ++i) color[i] = NumberIn(Element(at, i), 0.0, 1.0);
+  return color;
+}
+
+// The members given replace those of `document`; the others keep its values.
+TextDocument ReadTextDocument(const In& at, TextDocument document) {
+  RequireObject(at, {"text", "font", "fontSize", "tracking", "justification", "applyFill", "fillColor",
+                     "applyStroke", "strokeColor", "strokeWidth", "strokeOverFill", "horizontalScale",
+                     "verticalScale"});
+  Read(at, "text", document.text);
+  if (Has(at, "font")) {
+    document.font = Text(Member(at, "font"));
+    if (!IsPostScriptName(document.font)) {
+      Fail(Member(at, "font"), "a PostScript name is 1 to 63 printable ASCII characters, without blanks "
+                               "and without any of [](){}<>/%");
+    }
+  }
+  if (Has(at, "fontSize")) document.fontSize = NumberIn(Member(at, "fontSize"), 0.1, 1296.0);
+  if (Has(at, "tracking")) document.tracking = Integer(Member(at, "tracking"), -1000, 10000);
+  if (Has(at, "justification")) document.justification = Choice(Member(at, "justification"), kJustifications);
+  Read(at, "applyFill", document.applyFill);
+  if (Has(at, "fillColor")) document.fillColor = ReadTextColor(Member(at, "fillColor"));
+  Read(at, "applyStroke", document.applyStroke);
+  if (Has(at, "strokeColor")) document.strokeColor = ReadTextColor(Member(at, "strokeColor"));
+  if (Has(at, "strokeWidth")) document.strokeWidth = NumberIn(Member(at, "strokeWidth"), 0.0, 1296.0);
+  Read(at, "strokeOverFill", document.strokeOverFill);
+  if (Has(at, "horizontalScale")) document.horizontalScale = NumberIn(Member(at, "horizontalScale"), 0.0, 100.0);
+  if (Has(at, "verticalScale")) document.verticalScale = NumberIn(Member(at, "verticalScale"), 0.0, 100.0);
+  return document;
+}
+
+// A key's document starts from the layer's document, so that a key names only what changes.
+SourceText ReadSourceText(const In& at) {
+  RequireObject(at, {"document", "keys"});
+  SourceText source;
+  if (Has(at, "document")) source.document = ReadTextDocument(Member(at, "document"), TextDocument{});
+  if (!Has(at, "keys")) return source;
+  const In keys = Member(at, "keys");
+  const Json::Value& array = RequireArray(keys);
+  for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
+    const In element = Element(keys, i);
+    RequireObject(element, {"time", "document"});
+    RequireMember(element, "time");
+    TextKey key;
+    key.time = Number(Member(element, "time"));
+    if (i > 0 && key.time <= source.keys.back().time) {
+      Fail(Member(element, "time"), "keys must follow each other in time");
+    }
+    key.document = Has(element, "document") ? ReadTextDocument(Member(element, "document"), source.document)
+                                            : source.document;
+    source.keys.push_back(key);
+  }
+  return source;
+}
+
 // Keys that only some kinds of layer have.
 void RefuseKeysOfOtherKinds(const In& at, LayerObjectType type) {
   const bool viewer = IsViewer(type);
@@ -453,13 +533,16 @@ void RefuseKeysOfOtherKinds(const In& at, LayerObjectType type) {
   if (type != LayerObjectType::Light && Has(at, "light")) {
     Fail(Member(at, "light"), "only light layers have light settings");
   }
+  if (type != LayerObjectType::Text && Has(at, "text")) {
+    Fail(Member(at, "text"), "only text layers have a source text");
+  }
 }
 
 std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   RequireObject(at, {"id", "name", "type", "source", "parent", "video", "audio", "locked", "shy",
                      "solo", "threeD", "adjustment", "motionBlur", "null", "autoOrient",
                      "startTime", "inPoint", "duration", "stretch", "markers", "transform",
-                     "camera", "light"});
+                     "camera", "light", "text"});
   auto layer = std::make_unique<Layer>();
   RequireMember(at, "id");
   layer->id = Integer(Member(at, "id"), 1, 1 << 30);
@@ -482,6 +565,7 @@ std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   }
   if (Has(at, "camera")) ReadCameraGroup(Member(at, "camera"), *layer);
   if (Has(at, "light")) ReadLightGroup(Member(at, "light"), *layer);
+  if (Has(at, "text")) layer->text = ReadSourceText(Member(at, "text"));
   if (Has(at, "source")) {
     const In source = Member(at, "source");
     layer->sourceId = Integer(source, 1, 1 << 30);
@@ -808,6 +892,50 @@ void WriteViewerGroups(const Layer& layer, Json::Value& out) {
   }
 }
 
+Json::Value WriteTextColor(const TextColor& color) {
+  Json::Value array(Json::arrayValue);
+  for (const double component : color) array.append(component);
+  return array;
+}
+
+// The members of `document` that differ from `base`.
+Json::Value WriteTextDocument(const TextDocument& document, const TextDocument& base) {
+  Json::Value out(Json::objectValue);
+  if (document.text != base.text) out["text"] = document.text;
+  if (document.font != base.font) out["font"] = document.font;
+  if (document.fontSize != base.fontSize) out["fontSize"] = document.fontSize;
+  if (document.tracking != base.tracking) out["tracking"] = document.tracking;
+  if (document.justification != base.justification) {
+    out["justification"] = TextOf(kJustifications, document.justification);
+  }
+  if (document.applyFill != base.applyFill) out["applyFill"] = document.applyFill;
+  if (document.fillColor != base.fillColor) out["fillColor"] = WriteTextColor(document.fillColor);
+  if (document.applyStroke != base.applyStroke) out["applyStroke"] = document.applyStroke;
+  if (document.strokeColor != base.strokeColor) out["strokeColor"] = WriteTextColor(document.strokeColor);
+  if (document.strokeWidth != base.strokeWidth) out["strokeWidth"] = document.strokeWidth;
+  if (document.strokeOverFill != base.strokeOverFill) out["strokeOverFill"] = document.strokeOverFill;
+  if (document.horizontalScale != base.horizontalScale) out["horizontalScale"] = document.horizontalScale;
+  if (document.verticalScale != base.verticalScale) out["verticalScale"] = document.verticalScale;
+  return out;
+}
+
+Json::Value WriteSourceText(const SourceText& source) {
+  Json::Value out(Json::objectValue);
+  const Json::Value document = WriteTextDocument(source.document, TextDocument{});
+  if (!document.empty()) out["document"] = document;
+  if (source.keys.empty()) return out;
+  Json::Value keys(Json::arrayValue);
+  for (const TextKey& key : source.keys) {
+    Json::Value entry(Json::objectValue);
+    entry["time"] = key.time;
+    const Json::Value changed = WriteTextDocument(key.document, source.document);
+    if (!changed.empty()) entry["document"] = changed;
+    keys.append(entry);
+  }
+  out["keys"] = keys;
+  return out;
+}
+
 Json::Value WriteLayer(const Layer& layer, const Item& comp) {
   Json::Value out(Json::objectValue);
   out["id"] = layer.id;
@@ -827,6 +955,10 @@ Json::Value WriteLayer(const Layer& layer, const Item& comp) {
   WriteStreamGroup(layer, TransformNames(layer.objectType), transform);
   if (!transform.empty()) out["transform"] = transform;
   WriteViewerGroups(layer, out);
+  if (layer.objectType == LayerObjectType::Text) {
+    const Json::Value text = WriteSourceText(layer.text);
+    if (!text.empty()) out["text"] = text;
+  }
   return out;
 }
 

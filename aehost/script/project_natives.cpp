@@ -291,6 +291,23 @@ void PushEmptyGroup(duk_context* ctx, const char* matchName, const char* name, c
     PushStreamGroup(ctx, Layer{}, matchName, name, attribute, nullptr, 0);
 }
 
+// The host's number of the Source Text stream (AEGP_LayerStream_SOURCE_TEXT).
+constexpr int kSourceTextStream = 31;
+
+// The Text group of a text layer, with its Source Text.
+void PushTextGroup(duk_context* ctx) {
+    PushEmptyGroup(ctx, "ADBE Text Properties", "Text", "text");
+    duk_get_prop_index(ctx, -1, static_cast<duk_uarridx_t>(duk_get_length(ctx, -1) - 1));
+    duk_get_prop_string(ctx, -1, "children");
+    duk_push_object(ctx);
+    PushTextProp(ctx, "matchName", "ADBE Text Document");
+    PushTextProp(ctx, "name", "Source Text");
+    PushTextProp(ctx, "attribute", "sourceText");
+    PushNumberProp(ctx, "stream", kSourceTextStream);
+    duk_put_prop_index(ctx, -2, 0);
+    duk_pop_2(ctx);
+}
+
 // layerTree(comp id, layer id) -> the layer's top-level groups in the host's
 // order, each {matchName, name, attribute, children: [{..., stream}]}.
 duk_ret_t LayerTree(duk_context* ctx) {
@@ -299,7 +316,7 @@ duk_ret_t LayerTree(duk_context* ctx) {
     duk_push_array(ctx);
     PushEmptyGroup(ctx, "ADBE Marker", "Marker", "marker");
     const bool lookAt = layer.objectType == LayerObjectType::Camera || layer.objectType == LayerObjectType::Light;
-    if (layer.objectType == LayerObjectType::Text) PushEmptyGroup(ctx, "ADBE Text Properties", "Text", "text");
+    if (layer.objectType == LayerObjectType::Text) PushTextGroup(ctx);
     if (layer.objectType == LayerObjectType::Shape) PushEmptyGroup(ctx, "ADBE Root Vectors Group", "Contents", "content");
     if (!lookAt) {
         PushEmptyGroup(ctx, "ADBE Mask Parade", "Masks", "mask");
@@ -445,6 +462,60 @@ duk_ret_t SetTemporalEase(duk_context* ctx) {
     return 1;
 }
 
+// --- source text -----------------------------------------------------------
+
+const Layer& TextLayerArg(duk_context* ctx, const Item& comp, duk_idx_t index) {
+    const Layer& layer = LayerArg(ctx, comp, index);
+    if (layer.objectType != LayerObjectType::Text) {
+        throw std::runtime_error("layer \"" + ShownName(ProjectOf(ctx), layer) + "\" is no text layer");
+    }
+    return layer;
+}
+
+void PushColorProp(duk_context* ctx, const char* key, const TextColor& color) {
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i < color.size(); ++i) {
+        duk_push_number(ctx, color[i]);
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    duk_put_prop_string(ctx, -2, key);
+}
+
+// textDocument(comp id, layer id, composition seconds) -> the members of the
+// text document shown then, as the host's TextDocument has them.
+duk_ret_t TextDocumentAtTime(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = TextLayerArg(ctx, comp, 1);
+    const TextDocument& document = TextDocumentAt(layer.text, CompTimeToLayerTime(layer, duk_get_number(ctx, 2)));
+    duk_push_object(ctx);
+    PushTextProp(ctx, "text", document.text);
+    PushTextProp(ctx, "font", document.font);
+    PushNumberProp(ctx, "fontSize", document.fontSize);
+    PushNumberProp(ctx, "tracking", document.tracking);
+    PushNumberProp(ctx, "justification", static_cast<int>(document.justification));
+    PushBoolProp(ctx, "applyFill", document.applyFill);
+    PushColorProp(ctx, "fillColor", document.fillColor);
+    PushBoolProp(ctx, "applyStroke", document.applyStroke);
+    PushColorProp(ctx, "strokeColor", document.strokeColor);
+    PushNumberProp(ctx, "strokeWidth", document.strokeWidth);
+    PushBoolProp(ctx, "strokeOverFill", document.strokeOverFill);
+    PushNumberProp(ctx, "horizontalScale", document.horizontalScale);
+    PushNumberProp(ctx, "verticalScale", document.verticalScale);
+    return 1;
+}
+
+// sourceTextKeys(comp id, layer id) -> the times of the Source Text keys in composition seconds.
+duk_ret_t SourceTextKeys(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = TextLayerArg(ctx, comp, 1);
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i < layer.text.keys.size(); ++i) {
+        duk_push_number(ctx, LayerTimeToCompTime(layer, layer.text.keys[i].time));
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    return 1;
+}
+
 duk_ret_t CurrentTime(duk_context* ctx) {
     duk_push_number(ctx, ContextOf(ctx).currentTime);
     return 1;
@@ -476,6 +547,7 @@ std::vector<NativeEntry> ProjectNatives() {
         {"stream", Native<StreamInfo>, 3},        {"valueAt", Native<ValueAt>, 5},
         {"keyTime", Native<KeyTime>, 4},          {"keyValue", Native<KeyValue>, 4},
         {"setTemporalEase", Native<SetTemporalEase>, 6}, {"currentTime", Native<CurrentTime>, 0},
+        {"textDocument", Native<TextDocumentAtTime>, 3}, {"sourceTextKeys", Native<SourceTextKeys>, 2},
     };
 }
 

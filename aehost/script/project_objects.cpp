@@ -1,7 +1,7 @@
 // The object model that scripts read: app, app.project, items, layers and their
 // property trees, with the classes that `instanceof` tests (CompItem,
 // FootageItem, FolderItem, AVLayer, CameraLayer, LightLayer, TextLayer,
-// ShapeLayer, PropertyGroup, Property). As in the host, a layer and a property
+// ShapeLayer, PropertyGroup, Property, TextDocument). As in the host, a layer and a property
 // group can be called like a function with a name: layer("Transform") is
 // layer.property("Transform"). Values are read through the natives every time,
 // so an object always shows the project as it is now.
@@ -72,7 +72,7 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         if (description.stream === undefined) {
             return makeGroup(PropertyGroup.prototype, description, this, index, this._layer);
         }
-        var property = new Property();
+        var property = description.matchName === "ADBE Text Document" ? new TextDocumentProperty() : new Property();
         setName(property, description.name);
         property.matchName = description.matchName;
         property.propertyIndex = index;
@@ -133,21 +133,52 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         })(d);
     }
 
+    // Keys that are only times: those of markers and of source text.
+    function keyTimeOf(times, key) {
+        if (key < 1 || key > times.length) throw new Error("key " + key + " is out of range");
+        return times[key - 1];
+    }
+
     // The marker group of a layer or composition: keys are the markers.
     var MarkerProperty = subclass(Property, function MarkerProperty() {});
     MarkerProperty.prototype._times = function () {
         return host.markerTimes(this._layer._compId, this._layer._id);
     };
-    MarkerProperty.prototype.keyTime = function (key) {
-        var times = this._times();
-        if (key < 1 || key > times.length) throw new Error("key " + key + " is out of range");
-        return times[key - 1];
-    };
+    MarkerProperty.prototype.keyTime = function (key) { return keyTimeOf(this._times(), key); };
     getters(MarkerProperty.prototype, {
         numKeys: function () { return this._times().length; },
         isTimeVarying: function () { return this._times().length > 0; },
         propertyValueType: function () { return PropertyValueType.MARKER; },
         value: function () { return undefined; }
+    });
+
+    // --- text ---------------------------------------------------------------
+    var ParagraphJustification = { LEFT_JUSTIFY: 7213, RIGHT_JUSTIFY: 7214, CENTER_JUSTIFY: 7215,
+                                   FULL_JUSTIFY_LASTLINE_LEFT: 7216, FULL_JUSTIFY_LASTLINE_RIGHT: 7217,
+                                   FULL_JUSTIFY_LASTLINE_CENTER: 7218, FULL_JUSTIFY_LASTLINE_FULL: 7219 };
+    // A text document prints as its text, as in the host.
+    function TextDocument(text) { this.text = text === undefined ? "" : String(text); }
+    TextDocument.prototype.toString = function () { return this.text; };
+
+    // Source Text: its values are text documents, and its keys hold until the next.
+    var TextDocumentProperty = subclass(Property, function TextDocumentProperty() {});
+    TextDocumentProperty.prototype.valueAtTime = function (time) {
+        var members = host.textDocument(this._layer._compId, this._layer._id, Number(time));
+        var document = new TextDocument(members.text);
+        for (var key in members) document[key] = members[key];
+        return document;
+    };
+    TextDocumentProperty.prototype._times = function () {
+        return host.sourceTextKeys(this._layer._compId, this._layer._id);
+    };
+    TextDocumentProperty.prototype.keyTime = function (key) { return keyTimeOf(this._times(), key); };
+    TextDocumentProperty.prototype.keyValue = function (key) { return this.valueAtTime(this.keyTime(key)); };
+    getters(TextDocumentProperty.prototype, {
+        numKeys: function () { return this._times().length; },
+        isTimeVarying: function () { return this._times().length > 1; },
+        expression: function () { return ""; },
+        expressionEnabled: function () { return false; },
+        propertyValueType: function () { return PropertyValueType.TEXT_DOCUMENT; }
     });
 
     // --- layers -----------------------------------------------------------
@@ -338,7 +369,8 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
                     Layer: Layer, AVLayer: AVLayer, CameraLayer: CameraLayer, LightLayer: LightLayer,
                     TextLayer: TextLayer, ShapeLayer: ShapeLayer, Item: Item, AVItem: AVItem,
                     CompItem: CompItem, FootageItem: FootageItem, FolderItem: FolderItem,
-                    KeyframeEase: KeyframeEase, PropertyType: PropertyType,
+                    KeyframeEase: KeyframeEase, PropertyType: PropertyType, TextDocument: TextDocument,
+                    ParagraphJustification: ParagraphJustification,
                     PropertyValueType: PropertyValueType,
                     KeyframeInterpolationType: KeyframeInterpolationType };
     for (var name in classes) global[name] = classes[name];

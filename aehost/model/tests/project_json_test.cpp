@@ -327,3 +327,74 @@ TEST(ProjectJsonFiles, AFailedSaveLeavesTheOldFile) {
 
 }  // namespace
 }  // namespace aehost
+
+namespace aehost {
+namespace {
+
+std::string WithTextLayer(const std::string& text) {
+  return WithLayers(R"({"id": 1, "type": "text", "threeD": true, "text": )" + text + "}");
+}
+
+TEST(ProjectJsonText, ADocumentAndItsKeysReadAndWriteBack) {
+  const std::string text = WithTextLayer(R"({
+      "document": {"text": "Title", "font": "DejaVuSans-Bold", "fontSize": 36.5, "tracking": 25,
+                   "justification": "fullLastLineFull", "applyStroke": true, "strokeColor": [0, 0, 1],
+                   "strokeWidth": 3, "strokeOverFill": true, "horizontalScale": 1.5, "verticalScale": 0},
+      "keys": [{"time": 0}, {"time": 1, "document": {"text": "Next", "fillColor": [1, 0, 0]}}]})");
+  const Project project = ReadProject(text, "test.json");
+  const SourceText& source = FindItem(project, 2)->comp.layers[0]->text;
+  TextDocument document;
+  document.text = "Title";
+  document.font = "DejaVuSans-Bold";
+  document.fontSize = 36.5;
+  document.tracking = 25;
+  document.justification = Justification::FullLastLineFull;
+  document.applyStroke = true;
+  document.strokeColor = {0, 0, 1};
+  document.strokeWidth = 3;
+  document.strokeOverFill = true;
+  document.horizontalScale = 1.5;
+  document.verticalScale = 0;
+  EXPECT_EQ(source.document, document);
+  // A key names only what changes; the rest is the layer's document.
+  ASSERT_EQ(source.keys.size(), 2u);
+  EXPECT_EQ(source.keys[0].document, document);
+  document.text = "Next";
+  document.fillColor = {1, 0, 0};
+  EXPECT_EQ(source.keys[1].document, document);
+  // Source text holds: before the first key the first, between keys the earlier one.
+  EXPECT_EQ(TextDocumentAt(source, -1.0).text, "Title");
+  EXPECT_EQ(TextDocumentAt(source, 0.999).text, "Title");
+  EXPECT_EQ(TextDocumentAt(source, 1.0).text, "Next");
+  const std::string written = WriteProject(project);
+  const Project back = ReadProject(written, "written");
+  EXPECT_EQ(FindItem(back, 2)->comp.layers[0]->text, source);
+  EXPECT_EQ(WriteProject(back), written);
+}
+
+TEST(ProjectJsonErrors, TextDocuments) {
+  const std::string at = "test.json: comps[0].layers[0].text.";
+  EXPECT_EQ(Refusal(WithLayers(R"({"id": 1, "text": {}})")),
+            "test.json: comps[0].layers[0].text: only text layers have a source text");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"document": {"font": "DejaVu Sans"}})")),
+            at + "document.font: a PostScript name is 1 to 63 printable ASCII characters, without blanks and "
+                 "without any of [](){}<>/%");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"document": {"fontSize": 0}})")),
+            at + "document.fontSize: must lie between 0.1 and 1296");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"document": {"fillColor": [1, 0]}})")),
+            at + "document.fillColor: expected 3 numbers (red, green, blue)");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"document": {"strokeColor": [0, 2, 0]}})")),
+            at + "document.strokeColor[1]: must lie between 0 and 1");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"document": {"tracking": 2.5}})")),
+            at + "document.tracking: expected a whole number");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"document": {"justification": "middle"}})")),
+            at + "document.justification: \"middle\" is not one of \"left\", \"right\", \"center\", "
+                 "\"fullLastLineLeft\", \"fullLastLineRight\", \"fullLastLineCenter\", \"fullLastLineFull\"");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"keys": [{"time": 1}, {"time": 1}]})")),
+            at + "keys[1].time: keys must follow each other in time");
+  EXPECT_EQ(Refusal(WithTextLayer(R"({"keys": [{"time": 1, "document": {"size": 3}}]})")),
+            at + "keys[0].document.size: unknown key");
+}
+
+}  // namespace
+}  // namespace aehost

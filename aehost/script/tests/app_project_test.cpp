@@ -143,6 +143,34 @@ TEST_F(AppProject, TheQueryTemplatesRunAndReplyAsTheReadersExpect) {
     EXPECT_EQ(Run(rootVectors + "getLayerData(2);"), "0");
 }
 
+// The text document of a text layer as the text readers ask for it: numbers and
+// flags as the host prints them, colours as three fractions, keys that hold.
+TEST_F(AppProject, TheSourceTextOfATextLayerRepliesAsTheHostPrintsIt) {
+    text->startTime = 1.0;
+    text->text.document.fontSize = 36.5;
+    text->text.document.fillColor = {1.0, 0.5, 0.25};
+    text->text.document.justification = Justification::Center;
+    text->text.document.applyStroke = true;
+    text->text.document.text = "First";
+    TextDocument second = text->text.document;
+    second.text = "Second";
+    text->text.keys = {{0.0, text->text.document}, {1.5, second}};
+    const std::string document =
+        "var p = app.project.activeItem.layer(2).property(\"ADBE Text Properties\").property(\"ADBE Text Document\"); ";
+    EXPECT_EQ(Run(document + "p.value.fontSize;"), "36.5");
+    EXPECT_EQ(Run(document + "p.value.fillColor;"), "1,0.5,0.25");
+    EXPECT_EQ(Run(document + "p.value.justification === ParagraphJustification.CENTER_JUSTIFY;"), "true");
+    EXPECT_EQ(Run(document + "[p.value.applyFill, p.value.applyStroke, p.value.strokeOverFill].join();"),
+              "true,true,false");
+    EXPECT_EQ(Run(document + "p.value.font;"), "DejaVuSans");
+    // Key times are composition times: the layer starts at 1 s.
+    EXPECT_EQ(Run(document + "[p.numKeys, p.keyTime(2), p.isTimeVarying].join();"), "2,2.5,true");
+    EXPECT_EQ(Run(document + "p.valueAtTime(2.4,false);"), "First");
+    EXPECT_EQ(Run(document + "p.valueAtTime(2.5,false).text;"), "Second");
+    EXPECT_EQ(Run(document + "p.value instanceof TextDocument;"), "true");
+    EXPECT_NE(Fail(document + "p.keyTime(3);").find("key 3 is out of range"), std::string::npos);
+}
+
 TEST_F(AppProject, ObjectsAreTheSameOnEveryReadUntilTheProjectChangesUnderThem) {
     EXPECT_EQ(Run("var c = app.project.activeItem; var kept = c.layer(1); c.layer(1) === kept && c === app.project.item(1);"),
               "true");
