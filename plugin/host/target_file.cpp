@@ -10,6 +10,7 @@
 #include "plugin/text/load_string_table.h"
 #include "plugin/text/message_ids.h"
 #include "plugin/text/path_text.h"
+#include "plugin/text/script_literal.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ std::string ProposedScriptPath(const std::u16string& projectPath, const std::u16
 }  // namespace
 
 std::string SaveDialogScript(const std::string& scriptPath) {
-  return "function openSaveDialog() { \tvar defaultFilename = new File(\"" + scriptPath +
+  return "function openSaveDialog() { \tvar defaultFilename = new File(\"" + ScriptLiteralText(scriptPath, '"') +
          "\"); \tvar f = defaultFilename.saveDlg(\"ORY Exporter\", \"*.ory\"); \tif (f == null) return \"\"; "
          "\treturn f.fsName; \t} \topenSaveDialog();";
 }
@@ -60,7 +61,10 @@ A_Err ChooseTargetFile(CTI* cti, Filename* target) {
   }
   const std::string script = SaveDialogScript(ProposedScriptPath(projectPath, DefaultFileName(cti, active.item)));
   AEGP_MemHandle result = nullptr;
-  if (const A_Err err = RunScript(*cti, g_pluginId, kAEGPUtilitySuiteVersion10, script, &result, nullptr)) return err;
+  if (const A_Err err = RunScript(*cti, g_pluginId, kAEGPUtilitySuiteVersion10, script, &result, nullptr)) {
+    FreeScriptHandles(*cti, result, nullptr);
+    return err;
+  }
   std::string chosen;
   const A_Err err = ReadReply(*cti, result, &chosen);
   if (err || chosen.empty()) return err;

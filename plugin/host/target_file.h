@@ -9,5 +9,6 @@
 // name. `target` stays empty when the user cancelled; the result is the host's error.
 A_Err ChooseTargetFile(CTI* cti, Filename* target);
 
-// The script of the save dialog, proposing `scriptPath` (a path in ExtendScript's form).
+// The script of the save dialog, proposing `scriptPath` (a path in ExtendScript's form);
+// the script's File receives exactly that text, whatever characters the path holds.
 std::string SaveDialogScript(const std::string& scriptPath);

@@ -2,31 +2,13 @@
 
 #include "plugin/host/host_text.h"
 #include "plugin/script/run_script.h"
-
-namespace {
-
-// The message as the content of a single-quoted ExtendScript literal.
-std::string QuoteForLiteral(const std::string& message) {
-  std::string quoted;
-  for (char c : message) {
-    switch (c) {
-      case '\\': quoted += "\\\\"; break;
-      case '\'': quoted += "\\'"; break;
-      case '\n': quoted += "\\n"; break;
-      case '\r': quoted += "\\r"; break;
-      default: quoted += c;
-    }
-  }
-  return quoted;
-}
-
-}  // namespace
+#include "plugin/text/script_literal.h"
 
 std::string AlertScript(const std::string& message) {
   return "var dlg = new Window('dialog', 'Alert!');\tdlg.msgPnl = dlg.add('panel', undefined, undefined);"
          "\tdlg.msgPnl.alignment = ['fill', 'fill'];\tdlg.msgPnl.preferredSize = [100, -1];"
          "\tdlg.msgPnl.titleSt = dlg.msgPnl.add('statictext', undefined,'" +
-         QuoteForLiteral(message) + "');\tdlg.okBtn = dlg.add('button', undefined, 'OK');\tdlg.show();";
+         ScriptLiteralText(message, '\'') + "');\tdlg.okBtn = dlg.add('button', undefined, 'OK');\tdlg.show();";
 }
 
 bool ShowAlert(CTI* cti, const std::string& message) {
@@ -40,8 +22,6 @@ bool ShowAlert(CTI* cti, const std::string& message) {
   AEGP_MemHandle result = nullptr;
   AEGP_MemHandle error = nullptr;
   const A_Err err = RunScript(*cti, cti->pluginId, kAEGPUtilitySuiteVersion10, AlertScript(message), &result, &error);
-  const auto* memory = cti->Suite<AEGP_MemorySuite1>(kAEGPMemorySuite, kAEGPMemorySuiteVersion1);
-  const A_Err freedResult = result ? memory->AEGP_FreeMemHandle(result) : A_Err_NONE;
-  const A_Err freedError = error ? memory->AEGP_FreeMemHandle(error) : A_Err_NONE;
-  return !err && !freedResult && !freedError;
+  const A_Err freed = FreeScriptHandles(*cti, result, error);
+  return !err && !freed;
 }

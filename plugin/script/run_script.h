@@ -14,3 +14,8 @@ A_Err RunScript(SuiteHandler& suites, AEGP_PluginID pluginId, int32_t utilityVer
 
 // The text of a reply; the handle is freed.
 A_Err ReadReply(SuiteHandler& suites, AEGP_MemHandle handle, std::string* reply);
+
+// Frees the handles a run gave back (either may be null). The host may hand out both also
+// when the script failed, so every way out of a caller frees them. The first error of the
+// memory suite is returned.
+A_Err FreeScriptHandles(SuiteHandler& suites, AEGP_MemHandle result, AEGP_MemHandle error);

@@ -31,13 +31,13 @@ A_Err AskTextExport(CTI* cti, uint8_t* choice) {
   AEGP_MemHandle result = nullptr;
   AEGP_MemHandle error = nullptr;
   const std::string script = WithTextExportSettings(dialog);
-  if (const A_Err err = RunScript(*cti, cti->pluginId, kAEGPUtilitySuiteVersion10, script, &result, &error)) return err;
-  std::string reply;
-  A_Err freed = ReadReply(*cti, result, &reply);
-  if (error) {
-    const auto* memory = cti->Suite<AEGP_MemorySuite1>(kAEGPMemorySuite, kAEGPMemorySuiteVersion1);
-    memory->AEGP_FreeMemHandle(error);
+  if (const A_Err err = RunScript(*cti, cti->pluginId, kAEGPUtilitySuiteVersion10, script, &result, &error)) {
+    FreeScriptHandles(*cti, result, error);
+    return err;
   }
+  std::string reply;
+  const A_Err freed = ReadReply(*cti, result, &reply);
+  FreeScriptHandles(*cti, nullptr, error);
   const A_Err answer = ReadTextExportReply(reply, choice);
   return answer ? answer : freed;
 }

@@ -45,4 +45,9 @@ TEST(SaveDialogScript, ProposesTheFileAndReturnsItsSystemPath) {
             "\t} \topenSaveDialog();");
 }
 
+TEST(SaveDialogScript, ProposesAPathWithQuotesAndLineEndsAsOneLiteral) {
+  const std::string script = SaveDialogScript("/p/Shot \"final\"\n.ory");
+  EXPECT_NE(script.find("new File(\"/p/Shot \\\"final\\\"\\n.ory\"); \tvar f"), std::string::npos) << script;
+}
+
 }  // namespace

@@ -4,8 +4,11 @@
 
 #include <fstream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "aehost/script/script_engine.h"
+#include "plugin/host/target_file.h"
 #include "plugin/script/text_export_question.h"
 
 namespace {
@@ -88,6 +91,32 @@ TEST(JsonLibrary, RefusesBrokenText) {
                               nullptr);
     ASSERT_TRUE(run.ok) << run.error;
     EXPECT_EQ(run.result, "SyntaxError") << text;
+  }
+}
+
+// The user accepts the proposed file, so the reply is the path the script's File received.
+TEST(SaveDialog, ProposesExactlyThePathItWasGiven) {
+  const std::string paths[] = {
+      "/p/Comp 1.ory",
+      "/p/X\"); alert(\"INJECTED\"); (\".ory",
+      "/p/Shot \"final\".ory",
+      "/p/back\\slash\\.ory",
+      "/p/line\nfeed\rreturn.ory",
+      "/p/sep\xE2\x80\xA8line\xE2\x80\xA9para.ory",
+      "/p/bell\x07tab\t.ory",
+  };
+  for (const std::string& path : paths) {
+    aehost::ScriptUser user;
+    std::vector<std::string> shown;
+    aehost::ScriptContext context;
+    context.user = &user;
+    context.report = [&shown](std::string_view line) { shown.emplace_back(line); };
+    std::string reply;
+    std::string error;
+    ASSERT_TRUE(aehost::RunScript(context, SaveDialogScript(path), &reply, &error)) << path << ": " << error;
+    EXPECT_EQ(reply, path);
+    ASSERT_EQ(shown.size(), 1u) << "only the save dialog is shown for " << path;
+    EXPECT_EQ(shown[0], "save dialog \"ORY Exporter\" (*.ory): " + path);
   }
 }
 
