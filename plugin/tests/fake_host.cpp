@@ -81,8 +81,8 @@ A_Err ExecuteScript(AEGP_PluginID, const A_char* script, A_Boolean, AEGP_MemHand
   std::vector<char> reply(g_host->scriptReply.begin(), g_host->scriptReply.end());
   reply.push_back('\0');
   if (result) *result = NewHandleOf(std::move(reply));
-  if (error) *error = nullptr;
-  return A_Err_NONE;
+  if (error) *error = g_host->scriptErr ? NewHandleOf({'\0'}) : nullptr;
+  return g_host->scriptErr;
 }
 
 A_Err GetLanguage(A_char tag[PF_APP_LANG_TAG_SIZE]) {

@@ -41,6 +41,8 @@ struct FakeHost {
   int liveHandles = 0;  // memory handles given out and not yet freed
   std::vector<std::string> scripts;  // what the plug-in ran
   std::string scriptReply;
+  // A script that fails: its error comes back, and, as hosts do, both handles too.
+  A_Err scriptErr = A_Err_NONE;
 
  private:
   SPBasicSuite pica_;

@@ -56,4 +56,14 @@ TEST_F(TextQuestionTest, TheFilesAreJoinedBehindTheSettings) {
   EXPECT_EQ(AskTextExport(CurrentCTI(), &choice), 517);
 }
 
+TEST_F(TextQuestionTest, AFailedScriptReturnsItsErrorAndFreesTheHandles) {
+  Write("includes/JSON.jsx", "var json = 2;");
+  host_.scriptErr = A_Err_GENERIC;
+  FrameScope frame(host_.pica(), eQuillon_AEGP_CommandHook, 1);
+  uint8_t choice = 1;
+  EXPECT_EQ(AskTextExport(CurrentCTI(), &choice), A_Err_GENERIC);
+  EXPECT_EQ(choice, 1);
+  EXPECT_EQ(host_.liveHandles, 0);
+}
+
 }  // namespace
