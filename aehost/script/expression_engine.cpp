@@ -10,7 +10,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
+#include <set>
 
 namespace aehost {
 namespace {
@@ -19,9 +21,13 @@ constexpr int kMaxDepth = 8;
 constexpr unsigned kTimeLimitMs = 2000;
 
 // Defined once in each environment: runs an expression's text inside a scope
-// that holds the names an expression may use.
+// that holds the names an expression may use. The environment is made without
+// File, Folder, `$` and alert (ScriptGlobals::Expression); what the project's
+// object model puts on the global object and expressions have no use for, `app`
+// and the engine's own `Duktape`, is taken here into the closure or away.
 constexpr const char* kExpressionPrelude = R"JS(
-var __expression = (function () {
+var __expression, __streamNames;
+(function (app, Property, PropertyGroup, CompItem) {
     function map(a, f) { var r = []; for (var i = 0; i < a.length; i++) r.push(f(a[i], i)); return r; }
     // A property stands for its value, as in the host's expressions.
     function plain(v) { return v instanceof Property ? v.value : v; }
@@ -81,12 +87,18 @@ var __expression = (function () {
         }
         return null;
     }
-    return function (compId, layerId, stream, time, value, source) {
-        var thisComp = app.project.activeItem;
-        var thisLayer = null;
-        for (var i = 1; i <= thisComp.numLayers && !thisLayer; i++) {
-            if (thisComp.layer(i)._id === layerId) thisLayer = thisComp.layer(i);
+    function layerOf(comp, layerId) {
+        for (var i = 1; i <= comp.numLayers; i++) {
+            if (comp.layer(i)._id === layerId) return comp.layer(i);
         }
+        return null;
+    }
+    // Made in the global scope, so that the expression's eval sees the scope and
+    // the global object but none of the variables here, `app` among them.
+    var evaluate = new Function("scope", "source", "with (scope) { return eval(source); }");
+    __expression = function (compId, layerId, stream, time, value, source) {
+        var thisComp = app.project.activeItem;
+        var thisLayer = layerOf(thisComp, layerId);
         var rate = thisComp.frameRate;
         var scope = {
             time: time, value: value, thisComp: thisComp, thisLayer: thisLayer,
@@ -111,26 +123,35 @@ var __expression = (function () {
                 Object.defineProperty(scope, key, { get: function () { return property; } });
             })(own.property(p));
         }
-        var result;
-        with (scope) { result = eval(source); }
-        return plain(result);
+        return plain(evaluate(scope, source));
     };
-})();
+    // The names the timeline shows for a layer and one of its streams, as JSON.
+    __streamNames = function (layerId, stream) {
+        var layer = layerOf(app.project.activeItem, layerId);
+        var property = layer && findProperty(layer, stream);
+        return JSON.stringify([layer ? layer.name : "", property ? property.name : ""]);
+    };
+})(app, Property, PropertyGroup, CompItem);
+delete this.app;
+delete this.Duktape;
 )JS";
 
 struct Environment {
     std::array<std::unique_ptr<ScriptContext>, kMaxDepth> contexts;
+    // Asks for the names of a report. It runs no expression, so it is free at
+    // every level, also when the levels are used up.
+    std::unique_ptr<ScriptContext> namer;
     int depth = 0;
 };
 
 thread_local Environment g_environment;
 
-ScriptContext& ContextAt(int depth) {
-    auto& slot = g_environment.contexts[static_cast<std::size_t>(depth)];
+ScriptContext& ExpressionContext(std::unique_ptr<ScriptContext>& slot) {
     if (!slot) {
         slot = std::make_unique<ScriptContext>();
         slot->limits.timeLimitMs = kTimeLimitMs;
         slot->readOnly = true;
+        slot->globals = ScriptGlobals::Expression;
     }
     return *slot;
 }
@@ -175,45 +196,127 @@ bool ParseResult(const std::string& reply, int dimensions, Value* out, std::stri
     return true;
 }
 
-}  // namespace
+// A stream of a layer of a composition, by ids.
+struct StreamKey {
+    int comp = 0;
+    int layer = 0;
+    int stream = 0;
+    auto operator<=>(const StreamKey&) const = default;
+};
 
-bool EvaluateExpression(const ExpressionCall& call, Value* out, std::string* error) {
-    std::string why;
-    if (!call.project || !call.comp || !call.layer || !call.stream) {
-        why = "the expression has no layer";
-    } else if (g_environment.depth >= kMaxDepth) {
-        why = "expressions refer to each other more than " + std::to_string(kMaxDepth) + " levels deep";
-    }
-    if (!why.empty()) {
-        if (error) *error = why;
-        return false;
-    }
-    ScriptContext& context = ContextAt(g_environment.depth);
+// What one run of the host has learnt about its expressions.
+struct ExpressionRun {
+    ExpressionReport report;
+    std::set<StreamKey> reported;
+    std::set<StreamKey> switchedOff;
+};
+
+ExpressionRun g_run;
+
+std::string WithPrelude(const std::string& call) {
+    return std::string("if (typeof __expression !== 'function') {") + kExpressionPrelude + "}\n" + call;
+}
+
+// `slot`'s environment, showing the call's project and composition.
+ScriptContext& ContextFor(std::unique_ptr<ScriptContext>& slot, const ExpressionCall& call) {
+    ScriptContext& context = ExpressionContext(slot);
     // Reading is all an expression does; the model is only handed over as writable
     // because scripts share the same binding, which the read-only flag guards.
     context.project = const_cast<Project*>(call.project);
     const int compId = call.comp->id;
     context.activeItem = [compId] { return compId; };
     context.currentTime = call.time;
-    const int dimensions = ScriptDimensions(*call.layer, call.streamId);
-    const std::string program =
-        std::string("if (typeof __expression !== 'function') {") + kExpressionPrelude + "}\n__expression(" +
-        std::to_string(compId) + "," + std::to_string(call.layer->id) + "," +
-        std::to_string(static_cast<int>(call.streamId)) + "," + NumberText(call.time) + "," +
-        ValueText(call.value, dimensions) + "," + Json::valueToQuotedString(call.stream->expression.c_str()) + ");";
-    ++g_environment.depth;
-    std::string reply;
-    const bool ran = RunScript(context, program, &reply, &why);
-    --g_environment.depth;
-    Value result = call.value;
-    if (!ran || !ParseResult(reply, dimensions, &result, &why)) {
-        if (error) *error = why;
+    return context;
+}
+
+// Runs the expression; `stopped` tells a run cut off at its time bound from one that failed.
+bool RunExpression(const ExpressionCall& call, Value* out, std::string* error, bool* stopped) {
+    if (g_environment.depth >= kMaxDepth) {
+        *error = "expressions refer to each other more than " + std::to_string(kMaxDepth) + " levels deep";
         return false;
     }
+    ScriptContext& context =
+        ContextFor(g_environment.contexts[static_cast<std::size_t>(g_environment.depth)], call);
+    const int dimensions = ScriptDimensions(*call.layer, call.streamId);
+    const std::string program = WithPrelude(
+        "__expression(" + std::to_string(call.comp->id) + "," + std::to_string(call.layer->id) + "," +
+        std::to_string(static_cast<int>(call.streamId)) + "," + NumberText(call.time) + "," +
+        ValueText(call.value, dimensions) + "," + Json::valueToQuotedString(call.stream->expression.c_str()) + ");");
+    ++g_environment.depth;
+    std::string reply;
+    const bool ran = RunScript(context, program, &reply, error);
+    --g_environment.depth;
+    *stopped = context.stopped;
+    Value result = call.value;
+    if (!ran || !ParseResult(reply, dimensions, &result, error)) return false;
     *out = result;
     return true;
 }
 
-void InstallExpressionEngine() { SetExpressionEvaluator(EvaluateExpression); }
+struct StreamNames {
+    std::string layer;
+    std::string stream;
+};
+
+// The names the timeline shows, asked of the object model that expressions see.
+StreamNames NamesOf(const ExpressionCall& call) {
+    StreamNames names{call.layer->name, "stream " + std::to_string(static_cast<int>(call.streamId))};
+    std::string reply;
+    const std::string program = WithPrelude("__streamNames(" + std::to_string(call.layer->id) + "," +
+                                            std::to_string(static_cast<int>(call.streamId)) + ");");
+    Json::Value parsed;
+    if (!RunScript(ContextFor(g_environment.namer, call), program, &reply, nullptr) || !Json::Reader().parse(reply, parsed, false) ||
+        !parsed.isArray() || parsed.size() != 2) {
+        return names;
+    }
+    if (!parsed[0].asString().empty()) names.layer = parsed[0].asString();
+    if (!parsed[1].asString().empty()) names.stream = parsed[1].asString();
+    return names;
+}
+
+void ReportOnce(const ExpressionCall& call, const StreamKey& key, const std::string& what) {
+    if (!g_run.report || !g_run.reported.insert(key).second) return;
+    const StreamNames names = NamesOf(call);
+    g_run.report("expression of \"" + names.stream + "\" on layer \"" + names.layer + "\" in \"" + call.comp->name +
+                 "\" " + what);
+}
+
+}  // namespace
+
+void ReportOnStandardError(const std::string& line) { std::cerr << "aehost: " << line << '\n'; }
+
+bool EvaluateExpression(const ExpressionCall& call, Value* out, std::string* error) {
+    if (!call.project || !call.comp || !call.layer || !call.stream) {
+        if (error) *error = "the expression has no layer";
+        return false;
+    }
+    const StreamKey key{call.comp->id, call.layer->id, static_cast<int>(call.streamId)};
+    // An expression that was cut off once would be cut off again at every frame
+    // that reads its stream, and an export reads each stream at every frame: a
+    // long composition would take the time bound times its frames. So it is
+    // switched off for the rest of the run, and the stream keeps its value
+    // without it, as a switched-off expression does in the host.
+    if (g_run.switchedOff.contains(key)) {
+        *out = call.value;
+        return true;
+    }
+    std::string why;
+    bool stopped = false;
+    if (RunExpression(call, out, &why, &stopped)) return true;
+    if (stopped) {
+        g_run.switchedOff.insert(key);
+        ReportOnce(call, key, "was stopped after " + std::to_string(kTimeLimitMs) +
+                                  " ms and is switched off for the rest of the run");
+    } else {
+        ReportOnce(call, key, "failed: " + why);
+    }
+    if (error) *error = why;
+    return false;
+}
+
+void InstallExpressionEngine(ExpressionReport report) {
+    g_run = ExpressionRun{std::move(report), {}, {}};
+    SetExpressionEvaluator(EvaluateExpression);
+}
 
 }  // namespace aehost

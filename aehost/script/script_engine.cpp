@@ -43,9 +43,11 @@ bool MakeHeap(ScriptContext& context, std::string* error) {
     duk_put_prop_string(ctx, -2, kContextKey);
     duk_pop(ctx);
     try {
-        InstallConsole(ctx);
-        InstallFileObjects(ctx);
-        InstallWindow(ctx);
+        if (context.globals == ScriptGlobals::Script) {
+            InstallConsole(ctx);
+            InstallFileObjects(ctx);
+            InstallWindow(ctx);
+        }
         InstallProject(ctx);
     } catch (const std::exception& e) {
         DestroyHeap(context);
@@ -116,6 +118,7 @@ bool RunScript(ScriptContext& context, const std::string& source, std::string* r
     std::string why;
     std::string text;
     if (result) result->clear();
+    context.stopped = false;
     const auto include = [&context](const std::string& name, std::string* included,
                                     std::string* problem) {
         return ReadScriptFile(context, name, included, problem);
@@ -132,6 +135,7 @@ bool RunScript(ScriptContext& context, const std::string& source, std::string* r
     const GuardOutcome outcome = RunGuarded(ctx, context.limits.timeLimitMs, RunProgram, &run);
     if (outcome != GuardOutcome::Finished) {
         AbandonHeap(context);
+        context.stopped = true;
         if (error) {
             *error = outcome == GuardOutcome::TimedOut
                          ? "Error: the script was stopped after " +

@@ -30,6 +30,16 @@ struct ScriptLimits {
 
 struct ScriptHeap;  // the Duktape heap and its bindings, made on first use
 
+// What the global object of a scripting environment holds besides plain JavaScript.
+enum class ScriptGlobals {
+    // The host's scripts: alert and the console `$` (with $.evalFile), File and Folder,
+    // ScriptUI windows, and `app` with the project's object model.
+    Script,
+    // Expressions: the project's object model alone. Nothing that reaches the file
+    // system, the user or other scripts is made, so no expression text can get at it.
+    Expression,
+};
+
 struct ScriptContext {
     ScriptContext();
     ~ScriptContext();
@@ -49,6 +59,11 @@ struct ScriptContext {
     double currentTime = 0.0;
     // Scripts may read the project but not change it (expressions run so).
     bool readOnly = false;
+    // Read when the environment is made, at the first run and after a run was stopped.
+    ScriptGlobals globals = ScriptGlobals::Script;
+    // Set by every run: true when it was stopped at its time bound (or broke the
+    // engine) rather than ending or failing on its own.
+    bool stopped = false;
     // Where `#include` and $.evalFile look for a relative path; empty: the working folder.
     std::string includeFolder;
     ScriptLimits limits;

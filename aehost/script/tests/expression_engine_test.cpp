@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace aehost {
 namespace {
 
@@ -19,7 +22,7 @@ void ExpectNear(const Value& actual, const Value& expected) {
 class Expressions : public ::testing::Test {
 protected:
     void SetUp() override {
-        InstallExpressionEngine();
+        InstallExpressionEngine([this](const std::string& line) { reports.push_back(line); });
         project = NewProject();
         comp = &AddComp(project, "Main", 1000, 500, 1.0, 10.0, 25.0);
         leader = &AddNullLayer(project, *comp, "Leader");
@@ -39,6 +42,7 @@ protected:
         return EvaluateStream(project, *comp, *follower, id, time, false, error);
     }
 
+    std::vector<std::string> reports;
     Project project;
     Item* comp = nullptr;
     Layer* leader = nullptr;
@@ -104,12 +108,61 @@ TEST_F(Expressions, ExpressionsCannotChangeTheProjectOrRunForever) {
     EXPECT_NE(error.find("stopped"), std::string::npos) << error;
 }
 
+TEST_F(Expressions, AFailureIsToldOnceForEachStreamWithItsNames) {
+    follower->streams[LayerStream::Opacity].value = V(80, 0);
+    for (double time = 0.0; time < 1.0; time += 0.25) {
+        EXPECT_EQ(Eval(LayerStream::Opacity, "throw new Error('at ' + time)", time)[0], 80.0);
+        Eval(LayerStream::RotationZ, "nonsense(", time);
+    }
+    EXPECT_EQ(reports, (std::vector<std::string>{
+                           "expression of \"Opacity\" on layer \"Follower\" in \"Main\" failed: Error: at 0 (line 1)",
+                           "expression of \"Z Rotation\" on layer \"Follower\" in \"Main\" failed: SyntaxError: "
+                           "parse error (line 1, end of input)"}));
+}
+
+TEST_F(Expressions, AStoppedExpressionIsSwitchedOffForTheRun) {
+    follower->streams[LayerStream::Opacity].value = V(30, 0);
+    std::string error;
+    EXPECT_EQ(Eval(LayerStream::Opacity, "while (true) {}", 1.0, &error)[0], 30.0);
+    EXPECT_NE(error.find("stopped"), std::string::npos) << error;
+    // Not run again: no error, the value without the expression, nothing more told.
+    error.clear();
+    EXPECT_EQ(Eval(LayerStream::Opacity, "while (true) {}", 2.0, &error)[0], 30.0);
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(reports, (std::vector<std::string>{"expression of \"Opacity\" on layer \"Follower\" in \"Main\" was "
+                                                 "stopped after 2000 ms and is switched off for the rest of the run"}));
+    // Other streams still run, and so does this one in a new run.
+    EXPECT_EQ(Eval(LayerStream::RotationZ, "time * 10", 2.0)[0], 20.0);
+    InstallExpressionEngine(nullptr);
+    EXPECT_EQ(Eval(LayerStream::Opacity, "time * 10", 2.0)[0], 20.0);
+}
+
+// Expressions are a calculator: nothing of the scripts' environment is there, and eval
+// or the Function constructor find nothing more.
+TEST_F(Expressions, SeeNothingThatReachesOutside) {
+    for (const char* name : {"File", "Folder", "$", "alert", "confirm", "prompt", "app", "Window", "Duktape",
+                             "require", "system"}) {
+        const std::string test = std::string("typeof ") + name + " === \"undefined\"";
+        EXPECT_EQ(Eval(LayerStream::Opacity, "(" + test + ") ? 1 : 0", 0.0)[0], 1.0) << name;
+        EXPECT_EQ(Eval(LayerStream::Opacity, "eval('" + test + "') ? 1 : 0", 0.0)[0], 1.0) << name;
+        EXPECT_EQ(Eval(LayerStream::Opacity, "Function('return " + test + "')() ? 1 : 0", 0.0)[0], 1.0) << name;
+    }
+    EXPECT_EQ(Eval(LayerStream::Opacity, "comp('Main').numLayers + Math.floor(2.5)", 0.0)[0], 4.0);
+}
+
 TEST_F(Expressions, ACycleOfExpressionsEndsWithAnError) {
     EnsureStream(project, *comp, *leader, LayerStream::Opacity).expression =
         "thisComp.layer('Follower').transform.opacity.value";
     std::string error;
     Eval(LayerStream::Opacity, "thisComp.layer('Leader').transform.opacity.value", 0.0, &error);
     EXPECT_NE(error.find("levels deep"), std::string::npos) << error;
+    // Each of the two streams is told once, the one where the levels ran out first.
+    ASSERT_EQ(reports.size(), 2u);
+    EXPECT_EQ(reports[0].rfind("expression of \"Opacity\" on layer \"Follower\" in \"Main\" failed: expressions "
+                               "refer to each other more than 8 levels deep", 0), 0u)
+        << reports[0];
+    EXPECT_EQ(reports[1].rfind("expression of \"Opacity\" on layer \"Leader\" in \"Main\" failed: ", 0), 0u)
+        << reports[1];
 }
 
 }  // namespace
