@@ -21,6 +21,7 @@ targets=(
   "project_json_fuzz aehost/model/tests/data"
   "string_file_fuzz plugin/support/res/strings"
   "scene_header_fuzz quillon/fuzz/corpus"
+  "opentype_tables_fuzz plugin/fuzz/opentype_corpus"
   "answers_fuzz -"
   "dialect_fuzz -"
 )
