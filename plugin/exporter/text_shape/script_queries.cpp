@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "plugin/text/script_literal.h"
+
 std::string BuildPropertyPath(const std::string& member, const BaseTime* time) {
   std::ostringstream path;
   path << "value";
@@ -43,7 +45,7 @@ std::string BuildPathOptionQuery(const std::string& optionName, const std::strin
          "     if (hasText){\n"
          "       var hasPathOptions = hasText.property(\"Path Options\");\n"
          "       if (hasPathOptions){\n"
-         "         var itemDetails = hasPathOptions.property(\"" + optionName + "\");\n"
+         "         var itemDetails = hasPathOptions.property(\"" + ScriptLiteralText(optionName, '"') + "\");\n"
          "         if (itemDetails){\n"
          "           return itemDetails." + path + ";\n"
          "         }\n"
