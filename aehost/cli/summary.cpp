@@ -66,7 +66,7 @@ std::string ExportSummary(const std::string& compName, const std::string& path) 
 
 ProjectCounts CountProject(const Project& project) {
     ProjectCounts counts;
-    counts.items = project.nextItemId;
+    counts.items = project.items.size();
     for (const auto& item : project.items) {
         if (item->kind != ItemKind::Composition) continue;
         counts.markers += static_cast<long long>(item->comp.markers.size());
@@ -82,8 +82,9 @@ ProjectCounts CountProject(const Project& project) {
 
 std::string ImportSummary(const std::string& file, const Project& project, const ProjectCounts& before) {
     std::string made;
-    for (const auto& item : project.items) {
-        if (item->id < before.items) continue;
+    // Items keep their order of creation; ids do not tell new from old once they are reused.
+    for (std::size_t i = before.items; i < project.items.size(); ++i) {
+        const auto& item = project.items[i];
         if (item->kind == ItemKind::Folder) made += (made.empty() ? "" : ", ") + ("folder " + Quoted(item->name));
         if (item->kind == ItemKind::Composition) made += (made.empty() ? "" : ", ") + CompText(*item);
     }

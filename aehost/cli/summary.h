@@ -19,7 +19,7 @@ std::string ExportSummary(const std::string& compName, const std::string& path);
 
 // What a project holds, for telling what an import added to it.
 struct ProjectCounts {
-    int items = 0;                        // items ever made: the project's next item id
+    std::size_t items = 0;                // items in the project, the root folder included
     std::map<std::string, int> layers;    // by kind: "camera", "light", "solid", "null", ...
     long long keyframes = 0;              // over every stream of every layer
     long long markers = 0;                // of compositions and of layers

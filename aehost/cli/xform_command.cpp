@@ -2,7 +2,9 @@
 // plug-in gets it from AEGP_GetLayerToWorldXform, printed as JSON.
 #include <json/json.h>
 
+#include <cmath>
 #include <iostream>
+#include <limits>
 #include <memory>
 
 #include "aehost/cli/commands.h"
@@ -10,6 +12,7 @@
 #include "aehost/core/host_time.h"
 #include "aehost/core/model_handles.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/trace.h"
 #include "aehost/script/expression_engine.h"
 
 namespace aehost {
@@ -35,6 +38,18 @@ void PrintMatrix(const XformOptions& options, double seconds, const A_Matrix4& m
     std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
     writer->write(out, &std::cout);
     std::cout << '\n';
+}
+
+// A frame the host's time can carry: one frame is 100 units of a 32-bit count.
+bool IsRepresentableFrame(double frame) {
+    return std::isfinite(frame) && std::fabs(frame) * 100.0 <= std::numeric_limits<A_long>::max();
+}
+
+bool IsFinite(const A_Matrix4& m) {
+    for (const auto& row : m.mat)
+        for (double v : row)
+            if (!std::isfinite(v)) return false;
+    return true;
 }
 
 }  // namespace
@@ -66,13 +81,26 @@ int RunXform(const XformOptions& options) {
         HostError("composition \"" + options.comp + "\" has no frame rate");
         return kExitBadInput;
     }
+    if (!IsRepresentableFrame(options.frame)) {
+        const std::string last = std::to_string(std::numeric_limits<A_long>::max() / 100);
+        HostError("--frame " + ShortNumber(options.frame) +
+                  " is not a frame the host's time carries: give a finite frame between -" + last + " and " + last);
+        return kExitBadInput;
+    }
     g_host.project = &project;
     InstallExpressionEngine();
     const A_Time time = ToATime(options.frame / comp->frameRate, CompTimeScale(*comp));
     A_Matrix4 matrix{};
+    const LookupScope lookups;
     const A_Err err = LayerSuite()->AEGP_GetLayerToWorldXform(LayerHandle(*layer), &time, &matrix);
     g_host.project = nullptr;
     if (err) return kExitFailed;
+    // JSON has no form for an infinity or a NaN, and the output must stay JSON.
+    if (!IsFinite(matrix)) {
+        HostError("the matrix of layer \"" + options.layer + "\" at frame " + ShortNumber(options.frame) +
+                  " is not finite: its transform overflows a double");
+        return kExitFailed;
+    }
     PrintMatrix(options, static_cast<double>(time.value) / time.scale, matrix);
     return kExitOk;
 }

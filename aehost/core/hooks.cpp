@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "aehost/core/model_handles.h"
 #include "aehost/core/utf16.h"
 
 namespace aehost {
@@ -51,6 +52,7 @@ A_Err RunUpdateMenuHooks(AEGP_WindowType window) {
 }
 
 A_Err RunCommand(AEGP_Command command, bool* handled) {
+    const LookupScope lookups;
     const std::vector<CommandHookEntry> hooks = g_host.commandHooks;
     A_Boolean handledB = false;
     A_Err first = A_Err_NONE;
@@ -98,6 +100,7 @@ A_Err VerifyImport(const ImportFlavor& flavor, const std::string& path) {
 }
 
 A_Err RunImport(const ImportFlavor& flavor, const std::string& path) {
+    const LookupScope lookups;
     const std::u16string units = Utf8ToUtf16(path);
     return flavor.callbacks.import_cb(reinterpret_cast<const A_UTF16Char*>(units.c_str()), flavor.callbacks.refcon);
 }

@@ -1,6 +1,8 @@
 #include "aehost/core/host_time.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace aehost {
@@ -11,7 +13,14 @@ A_u_long CompTimeScale(const Item& comp) {
 }
 
 A_Time ToATime(double seconds, A_u_long scale) {
-    return A_Time{static_cast<A_long>(std::llround(seconds * scale)), scale};
+    // A time past what 32 bits count (or not a number) ends at the nearest end rather than
+    // wrapping round to the other side of zero.
+    const double units = std::round(seconds * scale);
+    constexpr double kLast = std::numeric_limits<A_long>::max();
+    constexpr double kFirst = std::numeric_limits<A_long>::min();
+    if (!(units >= kFirst)) return A_Time{std::numeric_limits<A_long>::min(), scale};
+    if (units > kLast) return A_Time{std::numeric_limits<A_long>::max(), scale};
+    return A_Time{static_cast<A_long>(units), scale};
 }
 
 bool ToSeconds(const A_Time& time, double* seconds) {
@@ -22,7 +31,9 @@ bool ToSeconds(const A_Time& time, double* seconds) {
 
 A_Ratio ToRatio(double value) {
     constexpr long long kDen = 1000000;
-    long long num = std::llround(value * kDen);
+    const double scaled = std::round(value * kDen);
+    constexpr double kLast = std::numeric_limits<A_long>::max();
+    const long long num = static_cast<long long>(std::isnan(scaled) ? 0.0 : std::clamp(scaled, -kLast, kLast));
     const long long g = std::gcd(num < 0 ? -num : num, kDen);
     return A_Ratio{static_cast<A_long>(num / (g ? g : 1)), static_cast<A_u_long>(kDen / (g ? g : 1))};
 }

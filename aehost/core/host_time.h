@@ -13,10 +13,12 @@ A_u_long CompTimeScale(const Item& comp);
 // for frames of 24, 25, 30, 50, 60 and 29.97 frames per second.
 constexpr A_u_long kDefaultTimeScale = 30000;
 
+// Times beyond what a 32-bit count carries stop at its ends.
 A_Time ToATime(double seconds, A_u_long scale);
 // False when the scale is 0.
 bool ToSeconds(const A_Time& time, double* seconds);
 
+// Over a million; values beyond what 32 bits carry stop at its ends.
 A_Ratio ToRatio(double value);
 // False when the denominator is 0.
 bool FromRatio(const A_Ratio& ratio, double* value);

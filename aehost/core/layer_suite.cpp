@@ -241,7 +241,7 @@ A_Err GetLayerToWorldXform(AEGP_LayerH layerH, const A_Time* comp_timeP, A_Matri
         double seconds = 0.0;
         if (!comp_timeP || !ToSeconds(*comp_timeP, &seconds))
             return Refuse("AEGP_GetLayerToWorldXform", "missing time or time scale 0");
-        const Matrix4 m = LayerToWorld(*g_host.project, *at.comp, *at.layer, seconds);
+        const Matrix4 m = HostLayerToWorld(*g_host.project, *at.comp, *at.layer, seconds);
         for (int r = 0; r < 4; ++r)
             for (int c = 0; c < 4; ++c) transform->mat[r][c] = m.m[r][c];
         return A_Err_NONE;
@@ -287,8 +287,7 @@ A_Err GetLayerParent(AEGP_LayerH layerH, AEGP_LayerH* parent_layerPH) {
         *parent_layerPH = nullptr;
         LayerInComp at;
         if (A_Err err = ResolveLayer("AEGP_GetLayerParent", layerH, &at)) return err;
-        if (at.layer->parentId == 0) return A_Err_NONE;
-        if (Layer* parent = FindLayer(*at.comp, at.layer->parentId)) *parent_layerPH = LayerHandle(*parent);
+        if (Layer* parent = FindParentLayer(*g_host.project, *at.layer)) *parent_layerPH = LayerHandle(*parent);
         return A_Err_NONE;
     });
 }

@@ -1,6 +1,10 @@
 #include "aehost/core/model_handles.h"
 
 #include <cstdint>
+#include <cstring>
+
+#include "aehost/model/model_lookups.h"
+#include "aehost/model/transform.h"
 
 namespace aehost {
 
@@ -64,13 +68,60 @@ A_Err ResolveFootage(const char* call, AEGP_FootageH footageH, Item** footage) {
     return A_Err_NONE;
 }
 
+namespace {
+
+ModelLookups g_lookups;
+int g_lookupScopes = 0;  // look-ups are remembered only inside a scope
+
+}  // namespace
+
+LookupScope::LookupScope() {
+    ForgetLookups(g_lookups);
+    ++g_lookupScopes;
+}
+
+LookupScope::~LookupScope() {
+    --g_lookupScopes;
+    ForgetLookups(g_lookups);
+}
+
 LayerInComp FindLayerById(Project& project, int layerId) {
+    if (g_lookupScopes > 0) {
+        const LayerAndComp found = LookUpLayer(g_lookups, project, layerId);
+        return {found.comp, found.layer};
+    }
     for (const auto& item : project.items) {
         if (item->kind != ItemKind::Composition) continue;
         if (Layer* layer = FindLayer(*item, layerId)) return {item.get(), layer};
     }
     return {};
 }
+
+Layer* FindParentLayer(Project& project, const Layer& layer) {
+    if (layer.parentId == 0) return nullptr;
+    const LayerInComp child = FindLayerById(project, layer.id);
+    const LayerInComp parent = FindLayerById(project, layer.parentId);
+    return parent.comp != nullptr && parent.comp == child.comp ? parent.layer : nullptr;
+}
+
+Matrix4 HostLayerToWorld(Project& project, const Item& comp, const Layer& layer, double compTime) {
+    if (g_lookupScopes > 0) return LookUpLayerToWorld(g_lookups, project, comp, layer, compTime);
+    return LayerToWorld(project, comp, layer, compTime);
+}
+
+bool IsReadingCall(const char* call) {
+    // Memory handles hold the plug-in's own data, never the project's.
+    if (std::strstr(call, "MemHandle") != nullptr) return true;
+    for (const char* prefix : {"AEGP_", "PF_"}) {
+        if (std::strncmp(call, prefix, std::strlen(prefix)) == 0) call += std::strlen(prefix);
+    }
+    for (const char* verb : {"Get", "Is", "Does", "Can", "Dispose", "App", "ReportInfo"}) {
+        if (std::strncmp(call, verb, std::strlen(verb)) == 0) return true;
+    }
+    return false;
+}
+
+void ForgetModelLookups() { ForgetLookups(g_lookups); }
 
 A_Err ResolveLayer(const char* call, AEGP_LayerH layerH, LayerInComp* found) {
     *found = {};

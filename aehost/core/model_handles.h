@@ -30,4 +30,25 @@ A_Err ResolveLayer(const char* call, AEGP_LayerH layerH, LayerInComp* found);
 // The layer with this id in any composition of the project.
 LayerInComp FindLayerById(Project& project, int layerId);
 
+// The layer's parent in its composition, or null.
+Layer* FindParentLayer(Project& project, const Layer& layer);
+
+// The layer-to-world matrix as AEGP_GetLayerToWorldXform gives it, remembered with its parents'
+// until the project changes.
+Matrix4 HostLayerToWorld(Project& project, const Item& comp, const Layer& layer, double compTime);
+
+// Layers by id and world matrices are remembered between suite calls while a LookupScope
+// stands: while a hook of the plug-in runs, in which only the plug-in changes the project and
+// only through the suites. A call that may change the project (anything but a Get, Is, Does,
+// Can, Dispose, a memory handle, a message or a progress update) forgets them before and after
+// it runs. Outside a scope every look-up reads the project afresh.
+struct LookupScope {
+    LookupScope();
+    ~LookupScope();
+    LookupScope(const LookupScope&) = delete;
+    LookupScope& operator=(const LookupScope&) = delete;
+};
+bool IsReadingCall(const char* call);
+void ForgetModelLookups();
+
 }  // namespace aehost

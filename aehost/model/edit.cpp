@@ -9,7 +9,7 @@ namespace {
 
 Item& AddItem(Project& project, ItemKind kind, const std::string& name, int folderId) {
   auto item = std::make_unique<Item>();
-  item->id = project.nextItemId++;
+  item->id = NewItemId(project);
   item->kind = kind;
   item->name = name;
   item->folderId = folderId;
@@ -31,7 +31,7 @@ int SolidsFolder(Project& project) {
 Layer& InsertOnTop(Project& project, Item& comp, LayerObjectType type, const std::string& name,
                    int sourceId) {
   auto layer = std::make_unique<Layer>();
-  layer->id = project.nextLayerId++;
+  layer->id = NewLayerId(project);
   layer->name = name;
   layer->objectType = type;
   layer->sourceId = sourceId;

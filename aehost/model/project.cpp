@@ -1,5 +1,8 @@
 #include "aehost/model/project.h"
 
+#include <set>
+#include <stdexcept>
+
 namespace aehost {
 
 Project NewProject() {
@@ -11,6 +14,36 @@ Project NewProject() {
   root->folderId = -1;
   project.items.push_back(std::move(root));
   return project;
+}
+
+namespace {
+
+int LowestFreeId(const std::set<int>& used) {
+  int id = 1;
+  for (const int taken : used) {
+    if (taken > id) break;
+    if (taken == id) ++id;
+  }
+  if (id > kMaxId) throw std::length_error("the project has no free id left");
+  return id;
+}
+
+}  // namespace
+
+int NewItemId(Project& project) {
+  if (project.nextItemId <= kMaxId) return project.nextItemId++;
+  std::set<int> used;
+  for (const auto& item : project.items) used.insert(item->id);
+  return LowestFreeId(used);
+}
+
+int NewLayerId(Project& project) {
+  if (project.nextLayerId <= kMaxId) return project.nextLayerId++;
+  std::set<int> used;
+  for (const auto& item : project.items) {
+    for (const auto& layer : item->comp.layers) used.insert(layer->id);
+  }
+  return LowestFreeId(used);
 }
 
 Item* FindItem(const Project& project, int id) {

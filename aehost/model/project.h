@@ -54,6 +54,19 @@ constexpr int kRootFolderId = 0;
 constexpr double kMaxCompDuration = 3 * 60 * 60;
 // The highest frame rate of a composition.
 constexpr double kMaxCompFrameRate = 1000;
+// The host's times are 32-bit counts of 1/100 frame (see CompTimeScale): at the highest frame
+// rate a time runs to 21474.8 seconds either way, and every time of a project stays inside a
+// whole second of that.
+constexpr double kMaxTimeSeconds = 21474;
+// Pixel aspect ratios the host offers run from anamorphic to very tall pixels; the suites hand
+// them out as a ratio over a million in 32 bits.
+constexpr double kMinPixelAspect = 0.01;
+constexpr double kMaxPixelAspect = 100.0;
+// A layer plays at most a hundred times faster or slower, backwards as well.
+constexpr double kMinStretch = 0.01;
+constexpr double kMaxStretch = 100.0;
+// Item and layer ids run from 1 to this; the host never gives out a higher one.
+constexpr int kMaxId = 1 << 30;
 
 struct Project {
   std::string path;          // empty: never saved
@@ -64,6 +77,11 @@ struct Project {
 };
 
 Project NewProject();  // an empty project with its root folder
+
+// The id of a new item or layer: the one after the highest so far, or once that would pass
+// kMaxId, the lowest one not in use, so that a saved project always reads back.
+int NewItemId(Project& project);
+int NewLayerId(Project& project);
 
 Item* FindItem(const Project& project, int id);
 Layer* FindLayer(const Item& comp, int layerId);

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <sstream>
 #include <string_view>
+#include <unordered_map>
 
 #include <json/json.h>
 
@@ -208,6 +209,22 @@ double CompDuration(const In& at) {
   return number;
 }
 
+// A layer's stretch: a factor, negative when it plays backwards, never 0.
+double Stretch(const In& at) {
+  const double stretch = Number(at);
+  if (std::fabs(stretch) < kMinStretch || std::fabs(stretch) > kMaxStretch) {
+    std::ostringstream range;
+    range << "must lie between " << kMinStretch << " and " << kMaxStretch << " or between "
+          << -kMaxStretch << " and " << -kMinStretch;
+    Fail(at, range.str());
+  }
+  return stretch;
+}
+
+// A point in time or a length of time: within what the host's 32-bit times carry.
+double Seconds(const In& at) { return NumberIn(at, -kMaxTimeSeconds, kMaxTimeSeconds); }
+double Length(const In& at) { return NumberIn(at, 0.0, kMaxTimeSeconds); }
+
 int Integer(const In& at, int low, int high) {
   if (!at.value.isInt() || at.value.isBool()) Fail(at, "expected a whole number");
   const int number = at.value.asInt();
@@ -301,7 +318,7 @@ Keyframe ReadKey(const In& at, StreamKind kind) {
   RequireMember(at, "time");
   RequireMember(at, "value");
   Keyframe key;
-  key.time = Number(Member(at, "time"));
+  key.time = Seconds(Member(at, "time"));
   key.value = ReadValue(Member(at, "value"), kind);
   if (Has(at, "in")) key.in = Choice(Member(at, "in"), kInterpolations);
   if (Has(at, "out")) key.out = Choice(Member(at, "out"), kInterpolations);
@@ -367,8 +384,8 @@ std::vector<Marker> ReadMarkers(const In& at) {
     RequireObject(element, {"time", "duration", "comment"});
     RequireMember(element, "time");
     Marker marker;
-    marker.time = Number(Member(element, "time"));
-    if (Has(element, "duration")) marker.duration = NumberIn(Member(element, "duration"), 0, 1e9);
+    marker.time = Seconds(Member(element, "time"));
+    if (Has(element, "duration")) marker.duration = Length(Member(element, "duration"));
     Read(element, "comment", marker.comment);
     markers.push_back(marker);
   }
@@ -387,6 +404,9 @@ struct Pending {
   std::vector<std::pair<Reference, std::pair<Item*, Layer*>>> parents;
   std::map<int, std::string> itemIds;   // id -> path of the item
   std::map<int, std::string> layerIds;  // id -> path of the layer
+  // The items and layers by id, so that checking references stays linear in their number.
+  std::unordered_map<int, Item*> items;
+  std::unordered_map<int, std::pair<Item*, Layer*>> layers;
 };
 
 void ClaimId(const In& at, std::map<int, std::string>& ids, int id) {
@@ -545,20 +565,18 @@ std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
                      "camera", "light", "text"});
   auto layer = std::make_unique<Layer>();
   RequireMember(at, "id");
-  layer->id = Integer(Member(at, "id"), 1, 1 << 30);
+  layer->id = Integer(Member(at, "id"), 1, kMaxId);
   ClaimId(at, pending.layerIds, layer->id);
+  pending.layers[layer->id] = {&comp, layer.get()};
   Read(at, "name", layer->name);
   if (Has(at, "type")) layer->objectType = Choice(Member(at, "type"), kLayerTypes);
   RefuseKeysOfOtherKinds(at, layer->objectType);
   ReadLayerSwitches(at, *layer);
   layer->duration = comp.duration;
-  Read(at, "startTime", layer->startTime);
-  Read(at, "inPoint", layer->inPoint);
-  if (Has(at, "duration")) layer->duration = NumberIn(Member(at, "duration"), 0, 1e9);
-  if (Has(at, "stretch")) {
-    layer->stretch = Number(Member(at, "stretch"));
-    if (layer->stretch == 0.0) Fail(Member(at, "stretch"), "must not be 0");
-  }
+  if (Has(at, "startTime")) layer->startTime = Seconds(Member(at, "startTime"));
+  if (Has(at, "inPoint")) layer->inPoint = Seconds(Member(at, "inPoint"));
+  if (Has(at, "duration")) layer->duration = Length(Member(at, "duration"));
+  if (Has(at, "stretch")) layer->stretch = Stretch(Member(at, "stretch"));
   if (Has(at, "markers")) layer->markers = ReadMarkers(Member(at, "markers"));
   if (Has(at, "transform")) {
     ReadStreamGroup(Member(at, "transform"), TransformNames(layer->objectType), *layer);
@@ -568,12 +586,12 @@ std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   if (Has(at, "text")) layer->text = ReadSourceText(Member(at, "text"));
   if (Has(at, "source")) {
     const In source = Member(at, "source");
-    layer->sourceId = Integer(source, 1, 1 << 30);
+    layer->sourceId = Integer(source, 1, kMaxId);
     pending.sources.push_back({{source.path, layer->sourceId}, {&comp, layer.get()}});
   }
   if (Has(at, "parent")) {
     const In parent = Member(at, "parent");
-    layer->parentId = Integer(parent, 1, 1 << 30);
+    layer->parentId = Integer(parent, 1, kMaxId);
     pending.parents.push_back({{parent.path, layer->parentId}, {&comp, layer.get()}});
   }
   return layer;
@@ -583,12 +601,13 @@ Item& ReadItemBase(const In& at, ItemKind kind, Project& project, Pending& pendi
   auto item = std::make_unique<Item>();
   item->kind = kind;
   RequireMember(at, "id");
-  item->id = Integer(Member(at, "id"), 1, 1 << 30);
+  item->id = Integer(Member(at, "id"), 1, kMaxId);
   ClaimId(at, pending.itemIds, item->id);
+  pending.items[item->id] = item.get();
   Read(at, "name", item->name);
   if (Has(at, "folder")) {
     const In folder = Member(at, "folder");
-    item->folderId = Integer(folder, 0, 1 << 30);
+    item->folderId = Integer(folder, 0, kMaxId);
     pending.folders.push_back({{folder.path, item->folderId}, item.get()});
   }
   project.items.push_back(std::move(item));
@@ -605,7 +624,9 @@ void ReadSize(const In& at, Item& item, int low) {
   RequireMember(at, "height");
   item.width = Integer(Member(at, "width"), low, 30000);
   item.height = Integer(Member(at, "height"), low, 30000);
-  if (Has(at, "pixelAspect")) item.pixelAspect = Positive(Member(at, "pixelAspect"));
+  if (Has(at, "pixelAspect")) {
+    item.pixelAspect = NumberIn(Member(at, "pixelAspect"), kMinPixelAspect, kMaxPixelAspect);
+  }
 }
 
 void ReadFootageSource(const In& at, Item& item) {
@@ -639,8 +660,8 @@ void ReadFootage(const In& at, Project& project, Pending& pending) {
   Item& item = ReadItemBase(at, ItemKind::Footage, project, pending);
   ReadFootageSource(at, item);
   ReadSize(at, item, item.footage.kind == FootageKind::Solid ? 1 : 0);
-  if (Has(at, "duration")) item.duration = NumberIn(Member(at, "duration"), 0, 1e9);
-  if (Has(at, "frameRate")) item.frameRate = NumberIn(Member(at, "frameRate"), 0, 1000);
+  if (Has(at, "duration")) item.duration = Length(Member(at, "duration"));
+  if (Has(at, "frameRate")) item.frameRate = NumberIn(Member(at, "frameRate"), 0, kMaxCompFrameRate);
   Read(at, "proxy", item.footage.proxyPath);
 }
 
@@ -655,12 +676,12 @@ void ReadComp(const In& at, Project& project, Pending& pending) {
   item.frameRate = NumberIn(Member(at, "frameRate"), 0.01, kMaxCompFrameRate);
   item.duration = CompDuration(Member(at, "duration"));
   Composition& comp = item.comp;
-  Read(at, "displayStart", comp.displayStart);
+  if (Has(at, "displayStart")) comp.displayStart = Seconds(Member(at, "displayStart"));
   comp.workAreaDuration = item.duration;
   if (Has(at, "workArea")) {
     const In area = Member(at, "workArea");
     RequireObject(area, {"start", "duration"});
-    Read(area, "start", comp.workAreaStart);
+    if (Has(area, "start")) comp.workAreaStart = Seconds(Member(area, "start"));
     if (Has(area, "duration")) comp.workAreaDuration = CompDuration(Member(area, "duration"));
   }
   if (Has(at, "background")) comp.background = ReadColor(Member(at, "background"));
@@ -674,63 +695,129 @@ void ReadComp(const In& at, Project& project, Pending& pending) {
   }
 }
 
-void CheckFolders(const Project& project, const Pending& pending, const std::string& source) {
+// Where a walk along "holder" links (a folder's folder, a layer's parent) has been.
+enum class Visit { OnPath, Done };
+
+// Follows `next` from `start` and tells whether the walk runs into a loop. Links already known
+// to end are not walked again, so that checking every item of a long chain stays linear.
+template <typename T, typename Next>
+bool RunsIntoLoop(const T* start, Next next, std::unordered_map<const T*, Visit>& visits) {
+  std::vector<const T*> path;
+  const T* at = start;
+  while (at != nullptr && visits.find(at) == visits.end()) {
+    visits.emplace(at, Visit::OnPath);
+    path.push_back(at);
+    at = next(at);
+  }
+  const bool loops = at != nullptr && visits.at(at) == Visit::OnPath;
+  for (const T* done : path) visits[done] = Visit::Done;
+  return loops;
+}
+
+void CheckFolders(const Pending& pending, const std::string& source) {
   const Json::Value none;
+  const auto folderOf = [&](const Item* item) -> const Item* {
+    if (item->id == kRootFolderId) return nullptr;
+    const auto found = pending.items.find(item->folderId);
+    return found != pending.items.end() ? found->second : nullptr;
+  };
+  std::unordered_map<const Item*, Visit> visits;
   for (const auto& [reference, item] : pending.folders) {
     const In at{none, reference.path, source};
-    const Item* folder = FindItem(project, reference.id);
-    if (folder == nullptr || folder->kind != ItemKind::Folder) {
+    const auto folder = pending.items.find(reference.id);
+    if (folder == pending.items.end() || folder->second->kind != ItemKind::Folder) {
       Fail(at, "no folder has the id " + std::to_string(reference.id));
     }
-    // Going up from the item must reach the root.
-    const Item* up = folder;
-    for (std::size_t steps = 0; up != nullptr && up->id != kRootFolderId; ++steps) {
-      if (up == item || steps > project.items.size()) Fail(at, "folders must not hold themselves");
-      up = FindItem(project, up->folderId);
+  }
+  // Going up from each item must reach the root.
+  for (const auto& [reference, item] : pending.folders) {
+    if (RunsIntoLoop<Item>(item, folderOf, visits)) {
+      Fail({none, reference.path, source}, "folders must not hold themselves");
     }
   }
 }
 
-// True if `comp` uses `target`, directly or through its precompositions.
-bool Uses(const Project& project, const Item& comp, const Item& target, std::size_t depth) {
-  if (depth > project.items.size()) return true;
+// The compositions a composition uses, with the layer through which it uses each.
+std::vector<std::pair<const Layer*, const Item*>> UsedComps(const Item& comp, const Pending& pending) {
+  std::vector<std::pair<const Layer*, const Item*>> used;
   for (const auto& layer : comp.comp.layers) {
-    const Item* source = FindItem(project, layer->sourceId);
-    if (source == nullptr || source->kind != ItemKind::Composition) continue;
-    if (source == &target || Uses(project, *source, target, depth + 1)) return true;
+    const auto found = pending.items.find(layer->sourceId);
+    if (found != pending.items.end() && found->second->kind == ItemKind::Composition) {
+      used.emplace_back(layer.get(), found->second);
+    }
   }
-  return false;
+  return used;
+}
+
+// A depth-first walk over the compositions, with a stack of its own rather than recursion, so
+// that a chain of thousands of precompositions neither overflows the stack nor is walked more
+// than once. Returns the layer through which a composition comes to contain itself, or null.
+const Layer* LayerClosingACompLoop(const Project& project, const Pending& pending) {
+  std::unordered_map<const Item*, Visit> visits;
+  struct Frame {
+    const Item* comp;
+    std::vector<std::pair<const Layer*, const Item*>> used;
+    std::size_t next = 0;
+  };
+  for (const auto& root : project.items) {
+    if (root->kind != ItemKind::Composition || visits.count(root.get()) != 0) continue;
+    std::vector<Frame> stack{{root.get(), UsedComps(*root, pending)}};
+    visits[root.get()] = Visit::OnPath;
+    while (!stack.empty()) {
+      Frame& top = stack.back();
+      if (top.next == top.used.size()) {
+        visits[top.comp] = Visit::Done;
+        stack.pop_back();
+        continue;
+      }
+      const auto [layer, used] = top.used[top.next++];
+      const auto seen = visits.find(used);
+      if (seen != visits.end()) {
+        if (seen->second == Visit::OnPath) return layer;
+        continue;
+      }
+      visits[used] = Visit::OnPath;
+      stack.push_back({used, UsedComps(*used, pending)});
+    }
+  }
+  return nullptr;
 }
 
 void CheckSources(const Project& project, const Pending& pending, const std::string& source) {
   const Json::Value none;
   for (const auto& [reference, owner] : pending.sources) {
-    const In at{none, reference.path, source};
-    const Item* item = FindItem(project, reference.id);
-    if (item == nullptr || item->kind == ItemKind::Folder) {
-      Fail(at, "no footage or composition has the id " + std::to_string(reference.id));
+    const auto found = pending.items.find(reference.id);
+    if (found == pending.items.end() || found->second->kind == ItemKind::Folder) {
+      Fail({none, reference.path, source},
+           "no footage or composition has the id " + std::to_string(reference.id));
     }
-    if (item == owner.first || (item->kind == ItemKind::Composition &&
-                                Uses(project, *item, *owner.first, 0))) {
-      Fail(at, "a composition must not contain itself");
+  }
+  const Layer* closing = LayerClosingACompLoop(project, pending);
+  for (const auto& [reference, owner] : pending.sources) {
+    if (owner.second == closing) {
+      Fail({none, reference.path, source}, "a composition must not contain itself");
     }
   }
 }
 
 void CheckParents(const Pending& pending, const std::string& source) {
   const Json::Value none;
+  std::unordered_map<const Layer*, Visit> visits;
+  const auto parentOf = [&](const Layer* layer) -> const Layer* {
+    const auto found = pending.layers.find(layer->parentId);
+    return layer->parentId != 0 && found != pending.layers.end() ? found->second.second : nullptr;
+  };
   for (const auto& [reference, owner] : pending.parents) {
-    const In at{none, reference.path, source};
-    const Item& comp = *owner.first;
-    const Layer* parent = FindLayer(comp, reference.id);
-    if (parent == nullptr) {
-      Fail(at, "no layer of this composition has the id " + std::to_string(reference.id));
+    const auto parent = pending.layers.find(reference.id);
+    if (parent == pending.layers.end() || parent->second.first != owner.first) {
+      Fail({none, reference.path, source},
+           "no layer of this composition has the id " + std::to_string(reference.id));
     }
-    for (std::size_t steps = 0; parent != nullptr; ++steps) {
-      if (parent == owner.second || steps > comp.comp.layers.size()) {
-        Fail(at, "a layer must not be its own parent, directly or through others");
-      }
-      parent = parent->parentId != 0 ? FindLayer(comp, parent->parentId) : nullptr;
+  }
+  for (const auto& [reference, owner] : pending.parents) {
+    if (RunsIntoLoop<Layer>(owner.second, parentOf, visits)) {
+      Fail({none, reference.path, source},
+           "a layer must not be its own parent, directly or through others");
     }
   }
 }
@@ -759,10 +846,11 @@ Project ReadTop(const In& top) {
   Project project = NewProject();
   Read(top, "path", project.path);
   Pending pending;
+  pending.items[kRootFolderId] = project.items.front().get();
   ReadList(top, "folders", [&](const In& at) { ReadFolder(at, project, pending); });
   ReadList(top, "footage", [&](const In& at) { ReadFootage(at, project, pending); });
   ReadList(top, "comps", [&](const In& at) { ReadComp(at, project, pending); });
-  CheckFolders(project, pending, top.source);
+  CheckFolders(pending, top.source);
   CheckSources(project, pending, top.source);
   CheckParents(pending, top.source);
   if (!pending.itemIds.empty()) project.nextItemId = pending.itemIds.rbegin()->first + 1;

@@ -140,6 +140,7 @@ bool AEToOry::CompSize(int32_t* width, int32_t* height) {
 }
 
 bool AEToOry::Scan(AEGP_CompH comp, AEGP_LayerH layer, uint32_t layerIndex) {
+  layerUses = 0;
   if (!PushComp(comp, layer, nullptr, layerIndex)) return false;
   const bool walked = Walk(*this, layer, nullptr, WalkMode::scan);
   PopComp();

@@ -77,4 +77,8 @@ class AEToOry {
   // again does not walk every object of the document for each layer.
   std::unordered_map<std::string, BaseObject*> objectsByKey;
   std::unordered_map<int32_t, BaseObject*> objectsByLayerId;
+
+  // What the scan measured against the walk's bounds (walk_bounds.h).
+  uint64_t layerUses = 0;
+  std::unordered_map<AEGP_LayerH, uint32_t> parentDepths;
 };

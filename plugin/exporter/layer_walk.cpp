@@ -8,14 +8,16 @@
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
 #include "plugin/exporter/solid_plane.h"
+#include "plugin/exporter/text_shape/text_object.h"
 #include "plugin/exporter/track_ops.h"
 #include "plugin/exporter/transform_channels.h"
+#include "plugin/exporter/walk_bounds.h"
 #include "plugin/importer/timeline_markers.h"
 
 namespace {
 
-// Precomposition layers and solids stack in steps of half a pixel; shapes, which are extruded,
-// take a larger step.
+// Precomposition layers, solids and text stack in steps of half a pixel; shapes, which are
+// extruded, take a larger step.
 constexpr double kLayerStackStep = 0.5;
 
 // What a layer is for the exporter.
@@ -85,11 +87,27 @@ bool CreateFromFootage(AEToOry& exporter, AEGP_LayerH layer, AEGP_ItemH source, 
   return true;
 }
 
+// A text layer stands in the scene as a null with the layer's transform that holds its text.
+// Text as planes of character outlines is not made yet: with that answer the null stays empty.
+bool CreateTextLayer(AEToOry& exporter, AEGP_LayerH layer, double depth, A_Err* err) {
+  ApplyStackingRule(exporter, layer, depth, kLayerStackStep);
+  BaseObject* holder = CreateLayerObject(exporter, layer, ObjectType_Null, true);
+  if (!holder) {
+    AddError(4, "Export failed. Out of memory during text creation.");
+    return false;
+  }
+  const int32_t noSize = 0;
+  if (ApplyObjectBasics(exporter, holder, layer, &noSize, &noSize) != A_Err_NONE) return false;
+  if (!exporter.exportTextAsPlanes) *err = ExportTextObject(exporter, layer, holder);
+  return true;
+}
+
 // Makes the objects of one layer. False ends the walk at once; `err` ends it after the layer.
 bool CreateLayer(AEToOry& exporter, AEGP_LayerH layer, const LayerClass& c, uint32_t index, A_Err* err) {
   const double depth = DepthAtStart(exporter, layer);
   if (c.objectType == AEGP_ObjectType_LIGHT) *err = ExportLight(exporter, layer);
   if (c.objectType == AEGP_ObjectType_CAMERA) *err = ExportCamera(exporter, layer);
+  if (c.objectType == AEGP_ObjectType_TEXT) return CreateTextLayer(exporter, layer, depth, err);
   if (c.objectType != AEGP_ObjectType_AV) return true;
   ApplyStackingRule(exporter, layer, depth, kLayerStackStep);
   if (!c.source) return true;
@@ -161,6 +179,7 @@ bool Walk(AEToOry& exporter, AEGP_LayerH layerInParent, BaseObject* node, WalkMo
     if (!err && mode == WalkMode::create && !IsPrecomp(c))
       err = ExportLayerMarkers(exporter.cti, exporter.document, layer);
     if (err) return false;
+    if (mode == WalkMode::scan) CheckWalkBounds(exporter, layer);
     if (c.objectType == AEGP_ObjectType_TEXT) exporter.foundTextLayers = true;
     if (c.objectType == AEGP_ObjectType_CAMERA) exporter.foundCamera = true;
     // A precomposition layer is entered whatever its own dimensionality.

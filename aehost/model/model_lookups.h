@@ -1,0 +1,49 @@
+// Look-ups that a plug-in repeats thousands of times while it reads a project: layers by id
+// and layer-to-world matrices by layer and time. Both are remembered, so that reading every
+// layer of a parent chain at every frame costs each layer's own matrix once a frame instead of
+// the whole chain above it again. The remembered values stand only while nothing changes the
+// project: whoever changes it calls ForgetLookups.
+#pragma once
+
+#include <cstddef>
+#include <unordered_map>
+#include <utility>
+
+#include "aehost/model/project.h"
+
+namespace aehost {
+
+struct LayerAndComp {
+  Item* comp = nullptr;
+  Layer* layer = nullptr;
+};
+
+struct ModelLookups {
+  const Project* project = nullptr;  // the project the look-ups were made in
+  std::unordered_map<int, LayerAndComp> layers;  // by layer id, all made at the first look-up
+  struct LayerAtTime {
+    const Layer* layer;
+    double time;
+    bool operator==(const LayerAtTime&) const = default;
+  };
+  struct Hash {
+    std::size_t operator()(const LayerAtTime& key) const noexcept;
+  };
+  std::unordered_map<LayerAtTime, Matrix4, Hash> worlds;
+};
+
+// Matrices remembered at most; past it they are forgotten and made again as needed, which
+// keeps a long export within memory.
+constexpr std::size_t kMaxRememberedMatrices = 1 << 18;
+
+void ForgetLookups(ModelLookups& lookups);
+
+// The layer with this id in any composition of the project; nulls when there is none.
+LayerAndComp LookUpLayer(ModelLookups& lookups, Project& project, int layerId);
+
+// LayerToWorld, with the matrices of the layer and its parents at this time remembered. The
+// chain is walked with a loop of its own, never by recursion, and at most once a time.
+Matrix4 LookUpLayerToWorld(ModelLookups& lookups, Project& project, const Item& comp,
+                           const Layer& layer, double compTime);
+
+}  // namespace aehost
