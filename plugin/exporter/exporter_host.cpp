@@ -38,6 +38,10 @@ const AEGP_FootageSuite11* FootageSuite11() {
   return FrameSuite<AEGP_FootageSuite11>(kAEGPFootageSuite, kAEGPFootageSuiteVersion11);
 }
 
+const AEGP_TextDocumentSuite1* TextDocumentSuite1() {
+  return FrameSuite<AEGP_TextDocumentSuite1>(kAEGPTextDocumentSuite, kAEGPTextDocumentSuiteVersion1);
+}
+
 AEGP_PluginID PluginId() { return CurrentCTI()->pluginId; }
 
 void AddError(int32_t code, const char* text) { CurrentCTI()->AddError(code, text); }

@@ -15,6 +15,7 @@ const AEGP_CompSuite19* CompSuite19();
 const AEGP_CompSuite21* CompSuite21();
 const AEGP_ItemSuite13* ItemSuite13();
 const AEGP_FootageSuite11* FootageSuite11();
+const AEGP_TextDocumentSuite1* TextDocumentSuite1();
 
 AEGP_PluginID PluginId();
 

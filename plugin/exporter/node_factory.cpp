@@ -96,6 +96,51 @@ BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type
   return object;
 }
 
+namespace {
+
+// The kind of the splines the exporter makes: Bezier.
+constexpr int32_t kSplineKindBezier = 4;
+
+BaseObject* AllocChild(int32_t type) {
+  BaseObject* object =
+      type == ObjectType_Spline ? t_ORYOS_Bo->AllocSpline(0, kSplineKindBezier) : t_ORYOS_Bo->AllocObject(type);
+  if (!object) {
+    AddError(4, "Export/Merge failed. Out of memory in child creation.");
+    throw A_Err{4};
+  }
+  return object;
+}
+
+// Splines, outlines and text objects are marked as the exporter's own children.
+bool TakesChildFlag(int32_t type) {
+  return type == ObjectType_Spline || type == ObjectType_TextOutline || type == ObjectType_Text;
+}
+
+}  // namespace
+
+BaseObject* CreateChildObject(AEToOry& exporter, BaseObject* parent, AEGP_LayerH layer, const std::string& suffix,
+                              int32_t type, bool insert, bool appendSuffix) {
+  std::string name, key;
+  NameAndKeyOrThrow(exporter, layer, &name, &key);
+  if (!suffix.empty()) {
+    name = appendSuffix ? name + "-" + suffix : suffix;
+    key = appendSuffix ? key + "-" + suffix : suffix;
+  }
+  SceneNode* found = parent ? FindByKey(t_ORYOS_At->GetDown(parent), key) : nullptr;
+  BaseObject* object = static_cast<BaseObject*>(found);
+  if (!object) {
+    object = AllocChild(type);
+    SetContainerString(object, ParamKey_OriginKey, key);
+    if (insert) t_ORYOS_Bd->InsertObject(exporter.document, object, parent, nullptr, 0, 1);
+    AEGP_LayerIDVal id = -1;
+    if (layer && LayerSuite13()->AEGP_GetLayerID(layer, &id) != A_Err_NONE) id = -1;
+    SetContainerInt32(object, ParamKey_LayerId, id);
+    if (TakesChildFlag(type)) SetInt32Param(object, ChildObjectParam_Flag, 1);
+  }
+  SetNodeName(object, name);
+  return object;
+}
+
 SceneLayer* CreateDocLayer(AEToOry& exporter, AEGP_LayerH layer, bool insert) {
   std::string name, key;
   NameAndKeyOrThrow(exporter, layer, &name, &key);

@@ -18,6 +18,12 @@ BaseObject* FindOrAllocObject(AEToOry& exporter, const std::string& key, int32_t
 BaseObject* FindLayerObject(AEToOry& exporter, int32_t layerId);
 
 BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type, bool insert);
+
+// One of the objects of a text or shape layer, of which one layer has many: the layer's name
+// and key with "-" and `suffix` behind them (`appendSuffix`), or `suffix` alone. An object
+// with that key below `parent` is reused; a new one goes first under `parent` when `insert`.
+BaseObject* CreateChildObject(AEToOry& exporter, BaseObject* parent, AEGP_LayerH layer, const std::string& suffix,
+                              int32_t type, bool insert, bool appendSuffix);
 SceneLayer* CreateDocLayer(AEToOry& exporter, AEGP_LayerH layer, bool insert);
 
 // The name and key of `layer` with the name's prefix cut; a project without a file name

@@ -1,11 +1,11 @@
 #include "plugin/exporter/plane_material.h"
 
 #include "plugin/exporter/exporter_host.h"
+#include "plugin/exporter/object_material.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
 
 namespace {
-constexpr int32_t kTextureProjectionUv = 6;
 constexpr char kOutOfMemory[] = "Export failed. Out of memory during material creation for plane node.";
 }  // namespace
 
@@ -17,12 +17,9 @@ Material* MakePlaneMaterial(BaseObject* object) {
   }
   SetNodeName(material, NodeName(object));
   t_ORYOS_Bd->InsertMaterial(t_ORYOS_At->GetDocument(object), material, nullptr, 0);
-  BaseTag* tag = MakeTag(object, TagType_Texture, nullptr);
-  if (!tag) {
+  if (!LinkMaterialTag(object, material)) {
     AddError(4, kOutOfMemory);
     return nullptr;
   }
-  SetInt32Param(tag, TextureTagParam_Projection, kTextureProjectionUv);
-  t_ORYOS_Bc->SetLink(t_ORYOS_Bl->GetDataInstance(tag), TextureTagParam_Material, material);
   return material;
 }

@@ -156,6 +156,23 @@ constexpr int32_t MarkerParam_Length = 1008;
 constexpr int32_t ChildObjectParam_Flag = 1001;
 constexpr int32_t SplineParam_Closed = 1002;
 
+// Live text: the text object, the outline and sweep that stroke it.
+constexpr int32_t TextParam_Text = 2111;
+constexpr int32_t TextParam_Alignment = 2112;  // 0 left, 1 centre, 2 right
+constexpr int32_t TextParam_Tracking = 2113;
+constexpr int32_t TextParam_Size = 2115;
+constexpr int32_t TextParam_Font = 2117;      // a DataKind_Font value
+constexpr int32_t TextOutlineParam_Width = 2012;
+constexpr int32_t SweepParam_Flag = 1008;
+
+// Entries of the container from which the engine's font library fills a font value.
+constexpr int32_t FontEntry_Family = 500;
+constexpr int32_t FontEntry_Weight = 502;
+constexpr int32_t FontEntry_Italic = 503;
+constexpr int32_t FontEntry_CharSet = 504;
+constexpr int32_t FontEntry_PostScriptName = 508;
+constexpr int32_t FontEntry_PostScriptNameAgain = 509;  // the same name a second time
+
 // Point level animation of splines: the track and the parameters of its keys.
 constexpr int32_t SplineKeyTrack_Id = 100004812;
 constexpr int32_t SplineKeyParam_Payload = 10003;

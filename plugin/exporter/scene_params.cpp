@@ -93,6 +93,15 @@ void SetVectorParam(SceneNode* node, int32_t id, const Vector& value) {
   SetParam(node, id, v.value);
 }
 
+void SetStringParam(SceneNode* node, int32_t id, const std::string& value) {
+  const OwnedString text(value);
+  OwnedValue v;
+  t_ORYOS_Gd->SetString(&v.value, text.get());
+  SetParam(node, id, v.value);
+}
+
+void SetDataParam(SceneNode* node, int32_t id, const DataValue& value) { SetParam(node, id, value); }
+
 int32_t GetInt32Param(SceneNode* node, int32_t id, int32_t fallback) {
   const WholeParamId path(id);
   OwnedValue v;

@@ -34,6 +34,9 @@ void SetInt32Param(SceneNode* node, int32_t id, int32_t value);
 void SetFloatParam(SceneNode* node, int32_t id, double value);
 void SetTimeParam(SceneNode* node, int32_t id, const BaseTime& value);
 void SetVectorParam(SceneNode* node, int32_t id, const Vector& value);
+void SetStringParam(SceneNode* node, int32_t id, const std::string& value);
+// Any value, such as one of a custom kind that the caller filled.
+void SetDataParam(SceneNode* node, int32_t id, const DataValue& value);
 int32_t GetInt32Param(SceneNode* node, int32_t id, int32_t fallback);
 
 // Entries of the node's own parameter container.

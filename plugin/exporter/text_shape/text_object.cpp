@@ -1,0 +1,141 @@
+#include "plugin/exporter/text_shape/text_object.h"
+
+#include "plugin/engine/engine_extensions.h"
+#include "plugin/exporter/exporter_host.h"
+#include "plugin/exporter/node_factory.h"
+#include "plugin/exporter/object_material.h"
+#include "plugin/exporter/scene_ids.h"
+#include "plugin/exporter/scene_params.h"
+#include "plugin/exporter/text_shape/font_description.h"
+#include "plugin/exporter/text_shape/property_bridge.h"
+#include "plugin/exporter/text_shape/text_values.h"
+
+namespace {
+
+constexpr char kOutOfMemory[] = "Export failed. Out of memory during text creation.";
+// A stroke drawn over the fill lies this much nearer to the viewer than the fill.
+constexpr double kStrokeOverFillDepth = -0.5;
+
+void MoveInDepth(BaseObject* object, double dz) {
+  Vector position;
+  t_ORYOS_Bo->GetPosition(object, &position);
+  position.z += dz;
+  t_ORYOS_Bo->SetPosition(object, &position);
+}
+
+// The fill or stroke colour of the text as the colour of the object's first material; false
+// when the host gives no colour (then no material is made) or there is no object.
+bool ApplyTextColour(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, bool stroke) {
+  if (!object) return false;
+  TextColour colour;
+  if (!GetTextColour(exporter, layer, stroke, nullptr, &colour)) return false;
+  Material* material = GetObjectMaterial(exporter, layer, object, 0, true);
+  if (!material) return false;
+  SetVectorParam(material, MaterialParam_Color, Vector{colour.rgb[0], colour.rgb[1], colour.rgb[2]});
+  return true;
+}
+
+// The sweep of the text's outline with the stroke colour; under the fill it moves away from
+// the viewer and the fill towards it, each by the same offset.
+BaseObject* CreateStroke(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, BaseObject* extrude,
+                         bool strokeOverFill) {
+  const double width = GetTextStrokeWidth(exporter, layer);
+  const double offset = StrokeDepthOffset(width);
+  if (extrude && !strokeOverFill) MoveInDepth(extrude, -offset);
+  BaseObject* sweep = CreateChildObject(exporter, object, layer, "Sweep", ObjectType_Sweep, true, true);
+  if (!sweep) return nullptr;
+  MoveInDepth(sweep, strokeOverFill ? kStrokeOverFillDepth : offset);
+  SetInt32Param(sweep, SweepParam_Flag, 0);
+  ApplyTextColour(exporter, layer, sweep, true);
+  BaseObject* outline = CreateChildObject(exporter, sweep, layer, "TextOutline", ObjectType_TextOutline, true, true);
+  if (outline) SetFloatParam(outline, TextOutlineParam_Width, OutlineWidth(width));
+  return sweep;
+}
+
+// The sweep needs the text too, which already hangs under the extrusion: an instance of it
+// behind the outline, standing where the text stands.
+A_Err AddTextInstance(AEToOry& exporter, BaseObject* sweep, BaseObject* text) {
+  BaseObject* instance = t_ORYOS_Bo->AllocObject(ObjectType_Instance);
+  if (!instance) {
+    AddError(4, kOutOfMemory);
+    return 4;
+  }
+  BaseObject* outline = static_cast<BaseObject*>(t_ORYOS_At->GetDown(sweep));
+  t_ORYOS_Bd->InsertObject(exporter.document, instance, sweep, outline, 0, 1);
+  SetNodeName(instance, NodeName(text));
+  Matrix textGlobal, sweepGlobal;
+  t_ORYOS_Bo->GetGlobalMatrix(text, &textGlobal);
+  t_ORYOS_Bo->GetGlobalMatrix(sweep, &sweepGlobal);
+  const Matrix placed = Multiply(textGlobal, Invert(sweepGlobal));
+  t_ORYOS_Bo->SetGlobalMatrix(instance, &placed);
+  const InstanceLibrary* library = ExtensionLibrary<InstanceLibrary>(kExtensionInstance);
+  bool referenced = false;
+  if (library && library->SetInstanceReference) library->SetInstanceReference(instance, &referenced, text);
+  return A_Err_NONE;
+}
+
+// The source text at `time` (composition time), through the suites; empty when it cannot be read.
+std::string SourceTextAt(AEGP_LayerH layer, const A_Time& time) {
+  AEGP_StreamRefH stream = nullptr;
+  if (StreamSuite9()->AEGP_GetNewLayerStream(PluginId(), layer, AEGP_LayerStream_SOURCE_TEXT, &stream) != A_Err_NONE) {
+    return "";
+  }
+  std::string text;
+  AEGP_StreamValue2 value{};
+  if (StreamSuite9()->AEGP_GetNewStreamValue(PluginId(), stream, AEGP_LTimeMode_CompTime, &time, false, &value) ==
+      A_Err_NONE) {
+    AEGP_MemHandle memory = nullptr;
+    if (TextDocumentSuite1()->AEGP_GetNewText(PluginId(), value.val.text, &memory) == A_Err_NONE) {
+      text = TakeHandleText(memory);
+    }
+    StreamSuite9()->AEGP_DisposeStreamValue(&value);
+  }
+  StreamSuite9()->AEGP_DisposeStream(stream);
+  return text;
+}
+
+// The host's horizontal and vertical scale of the characters, on the text object's own scale.
+void ScaleText(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
+  Vector scale;
+  t_ORYOS_Bo->GetScale(text, &scale);
+  scale.x *= GetTextHorizontalScale(exporter, layer);
+  scale.y *= GetTextVerticalScale(exporter, layer);
+  t_ORYOS_Bo->SetScale(text, &scale);
+}
+
+void WriteTextSettings(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
+  SetStringParam(text, TextParam_Text, SourceTextAt(layer, exporter.compStart));
+  WriteFontDescription(exporter, layer, text);
+  SetFloatParam(text, TextParam_Size, GetTextFontSize(exporter, layer));
+  SetFloatParam(text, TextParam_Tracking, SceneTracking(GetTextTracking(exporter, layer)));
+  if (const std::optional<int32_t> alignment = SceneAlignment(GetTextJustification(exporter, layer))) {
+    SetInt32Param(text, TextParam_Alignment, *alignment);
+  }
+  ScaleText(exporter, layer, text);
+}
+
+}  // namespace
+
+A_Err ExportTextObject(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object) {
+  if (!object) {
+    AddError(4, kOutOfMemory);
+    return 4;
+  }
+  const bool strokeOverFill = IsStrokeOverFill(exporter, layer);
+  const bool stroked = IsTextStroked(exporter, layer);
+  const bool filled = IsTextFilled(exporter, layer);
+  BaseObject* extrude = nullptr;
+  if (filled) {
+    extrude = CreateChildObject(exporter, object, layer, "Extrude", ObjectType_Extrude, true, true);
+    ApplyTextColour(exporter, layer, extrude, false);
+  }
+  BaseObject* sweep = stroked ? CreateStroke(exporter, layer, object, extrude, strokeOverFill) : nullptr;
+  if (!extrude && !sweep) return A_Err_NONE;
+  BaseObject* text = CreateChildObject(exporter, extrude ? extrude : sweep, layer, "Text", ObjectType_Text, true, true);
+  if (!text) return A_Err_NONE;
+  if (extrude && sweep) {
+    if (const A_Err err = AddTextInstance(exporter, sweep, text)) return err;
+  }
+  WriteTextSettings(exporter, layer, text);
+  return A_Err_NONE;
+}
