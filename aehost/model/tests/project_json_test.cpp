@@ -144,7 +144,7 @@ TEST(ProjectJsonContent, ItemsLayersAndStreams) {
   EXPECT_EQ(comp->kind, ItemKind::Composition);
   EXPECT_DOUBLE_EQ(comp->frameRate, 30000.0 / 1001.0);
   EXPECT_EQ(comp->comp.background, V(0.1, 0.2, 0.3, 1.0));
-  ASSERT_EQ(comp->comp.layers.size(), 6u);
+  ASSERT_EQ(comp->comp.layers.size(), 7u);  // the last is a text layer with source text keys
 
   const Layer& camera = *comp->comp.layers[0];
   EXPECT_EQ(camera.objectType, LayerObjectType::Camera);
