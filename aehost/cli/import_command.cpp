@@ -1,8 +1,14 @@
 // aehost import: the user imports a file; the flavor registered for its
 // extension verifies and imports it, and the project is saved. On success
 // the summary of what the import built goes to standard output.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <filesystem>
 #include <iostream>
+#include <sstream>
 #include <new>
 
 #include "aehost/cli/commands.h"
@@ -11,9 +17,73 @@
 #include "aehost/core/progress.h"
 #include "aehost/core/trace.h"
 #include "aehost/model/project_json.h"
+#include "plugin/exporter/scene_ids.h"
+#include "quillon/format/ory_format.h"
+#include "quillon/model/evaluate.h"
 #include "files/same_file.h"
 
 namespace aehost {
+
+namespace {
+
+// Why an import failed, as far as the host can tell from the file: the plug-in's importer
+// fails silently by design and says why only in its debug log.
+struct ImportFailure {
+    std::string reason;  // empty: the file shows no reason
+    int exitCode = kExitFailed;
+};
+
+// Another program holds the file for writing: the import waited its 5 seconds for it.
+bool HeldByWriter(const std::string& path) {
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    const bool held = flock(fd, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    close(fd);
+    return held;
+}
+
+double Seconds(const quillon::Document& document, int32_t id) {
+    const auto found = document.params.find(id);
+    const BaseTime* time = found != document.params.end() ? quillon::AsTime(found->second.raw) : nullptr;
+    return time && time->denominator != 0.0 ? time->numerator / time->denominator : 0.0;
+}
+
+// A rate or a length that no composition of this host has.
+std::string TimingProblem(const quillon::Document& document) {
+    const auto fps = document.params.find(DocParam_Fps);
+    const double frame = fps != document.params.end() && quillon::AsInt32(fps->second.raw) > 0
+                             ? 1.0 / quillon::AsInt32(fps->second.raw)
+                             : 0.0;
+    const double length = Seconds(document, DocParam_MaxTime) - Seconds(document, DocParam_MinTime) + frame;
+    double rate = 0.0;
+    if (document.activeSettings) {
+        const auto found = document.activeSettings->params.find(RenderParam_FrameRate);
+        if (found != document.activeSettings->params.end()) rate = quillon::AsFloat(found->second.raw);
+    }
+    std::ostringstream text;
+    if (!(rate >= 0.01 && rate <= kMaxCompFrameRate)) {
+        text << "the scene runs at " << rate << " frames a second; a composition runs at 0.01 to "
+             << kMaxCompFrameRate << " frames a second";
+    } else if (!(length <= kMaxCompDuration)) {
+        text << "the scene is " << length << " seconds long; a composition is at most " << kMaxCompDuration
+             << " seconds (three hours) long";
+    }
+    return text.str();
+}
+
+ImportFailure WhyImportFailed(const std::string& path) {
+    if (HeldByWriter(path)) return {path + " is being written by another program (locked for 5 s)", kExitFailed};
+    quillon::Document document;
+    std::string error;
+    if (!quillon::format::ReadDocument(path, document, &error)) return {error, kExitBadInput};
+    const std::string timing = TimingProblem(document);
+    if (!timing.empty()) return {path + ": " + timing, kExitFailed};
+    const std::string problem = quillon::EvaluateDocumentCaches(document);
+    if (!problem.empty()) return {path + ": " + problem, kExitBadInput};
+    return {};
+}
+
+}  // namespace
 
 int ImportThroughFlavor(const std::string& file) {
     const std::string path = std::filesystem::absolute(file).string();
@@ -29,10 +99,18 @@ int ImportThroughFlavor(const std::string& file) {
     }
     Trace("import flavor " + Quoted(flavor->name) + " imports " + path);
     BeginImportProgress(std::filesystem::path(path).filename().string());
+    const std::size_t refusedBefore = g_host.misuse.size();
     const A_Err err = RunImport(*flavor, path);
     EndImportProgress();
     if (err) {
-        HostError("\"" + flavor->name + "\" failed to import " + path + " (error " + std::to_string(err) + ")");
+        const ImportFailure failure = WhyImportFailed(path);
+        HostError("\"" + flavor->name + "\" failed to import " + path + " (error " + std::to_string(err) + ")" +
+                  (failure.reason.empty() ? "" : ": " + failure.reason));
+        return failure.exitCode;
+    }
+    // A value the host refused (one that is not finite, say) is missing from what was built.
+    if (g_host.misuse.size() > refusedBefore) {
+        HostError("\"" + flavor->name + "\" imported " + path + " with calls the host refused; the project is not saved");
         return kExitFailed;
     }
     return kExitOk;

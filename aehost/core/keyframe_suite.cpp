@@ -140,7 +140,9 @@ A_Err StoreKeyValue(const char* call, const ResolvedStream& rs, A_long index, co
         key = *marker;
         key.time = time;
     } else {
-        KeyAt(rs, index).value = FromStreamVal(StreamKindOf(rs.Id()), value.val);
+        const Value number = FromStreamVal(StreamKindOf(rs.Id()), value.val);
+        if (A_Err err = RefuseNonFinite(call, rs, number)) return err;
+        KeyAt(rs, index).value = number;
     }
     return A_Err_NONE;
 }
@@ -320,6 +322,7 @@ A_Err SetAddKeyframe(AEGP_AddKeyframesInfoH akH, A_long indexL, const AEGP_Strea
             key.marker = *marker;
         } else {
             key.value = FromStreamVal(StreamKindOf(rs.Id()), valueP->val);
+            if (A_Err err = RefuseNonFinite(call, rs, key.value)) return err;
         }
         key.hasValue = true;
         return A_Err_NONE;

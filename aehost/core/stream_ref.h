@@ -48,6 +48,9 @@ const char* ModelStreamName(int id);
 // What a stream is, for the trace: "Position of layer \"Cam\"", "markers of composition \"Main\"".
 std::string StreamLabel(const ResolvedStream& rs);
 
+// Refuses a value with a number that is not finite, naming the stream: no project holds it.
+A_Err RefuseNonFinite(const char* call, const ResolvedStream& rs, const Value& value);
+
 // The model's value as the suites give it, and back.
 AEGP_StreamVal2 ToStreamVal(StreamKind kind, const Value& value);
 Value FromStreamVal(StreamKind kind, const AEGP_StreamVal2& val);

@@ -1,6 +1,7 @@
 // The stream suite: a layer's animatable properties and its markers, their
 // values at a time (keyframes interpolated and expressions run by the model),
 // and the values the plug-in sets.
+#include <cmath>
 #include <cstring>
 #include <iostream>
 
@@ -219,8 +220,9 @@ A_Err SetStreamValue(AEGP_PluginID, AEGP_StreamRefH streamH, AEGP_StreamValue2* 
         const auto& own = rs.layer->streams;
         auto it = own.find(rs.Id());
         if (it != own.end() && !it->second.keys.empty()) return Refuse(call, "the stream has keyframes");
-        aehost::SetStreamValue(*g_host.project, *rs.comp, *rs.layer, rs.Id(),
-                               FromStreamVal(StreamKindOf(rs.Id()), valueP->val));
+        const Value value = FromStreamVal(StreamKindOf(rs.Id()), valueP->val);
+        if (A_Err err = RefuseNonFinite(call, rs, value)) return err;
+        aehost::SetStreamValue(*g_host.project, *rs.comp, *rs.layer, rs.Id(), value);
         return A_Err_NONE;
     });
 }
@@ -290,6 +292,14 @@ std::string StreamLabel(const ResolvedStream& rs) {
     const char* name = rs.IsMarkers() ? "markers" : rs.IsSourceText() ? "Source Text" : ModelStreamName(rs.ref->streamId);
     return std::string(name ? name : "stream " + std::to_string(rs.ref->streamId)) + " of layer " +
            Quoted(ShownLayerName(*g_host.project, *rs.layer));
+}
+
+A_Err RefuseNonFinite(const char* call, const ResolvedStream& rs, const Value& value) {
+    for (const double number : value.v)
+        if (!std::isfinite(number))
+            return Refuse(call, "the value of " + StreamLabel(rs) + " is not finite (" + ShortNumber(number) +
+                                    "); a project cannot hold it");
+    return A_Err_NONE;
 }
 
 const AEGP_StreamSuite9* StreamSuite() { return &g_streamSuite; }

@@ -164,10 +164,13 @@ bool ImportSceneFile(CTI* cti, const Filename& file) {
     LogEvent("ImportSceneFile", "the document did not load: " + ToUtf8(*loadError.get()));
     return false;
   }
-  const bool result = BuildComposition(cti, LeafOf(file), loaded.document);
+  bool result = BuildComposition(cti, LeafOf(file), loaded.document);
   // Without a composition there is nothing to put layers or markers into.
+  if (result && !WalkDocument(loaded.document)) {
+    LogEvent("ImportSceneFile", "the engine did not evaluate the document");
+    result = false;
+  }
   if (result) {
-    WalkDocument(loaded.document);
     ConvertViewCamera(loaded.document);
     ExtractORYTimelineMarkers(cti, loaded.document);
   }

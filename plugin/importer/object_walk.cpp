@@ -33,10 +33,12 @@ void WalkChildren(BaseObject* object) {
 
 }  // namespace
 
-void WalkDocument(BaseDocument* document) {
-  t_ORYOS_Bd->EvaluateDocument(document, 0, 1, 1, 1, 4);
+bool WalkDocument(BaseDocument* document) {
+  // The engine refuses a document whose caches would pass its limits; nothing is walked then.
+  if (!t_ORYOS_Bd->EvaluateDocument(document, 0, 1, 1, 1, 4)) return false;
   for (SceneNode* object = t_ORYOS_Bd->GetFirstObject(document); object; object = t_ORYOS_At->GetNext(object))
     WalkObject(static_cast<BaseObject*>(object));
+  return true;
 }
 
 void WalkObject(BaseObject* object) {

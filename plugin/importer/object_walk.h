@@ -4,7 +4,8 @@
 // only walked through.
 #include "plugin/engine/engine_tables.h"
 
-void WalkDocument(BaseDocument* document);
+// False when the engine did not evaluate the document (it passes a limit of the caches).
+bool WalkDocument(BaseDocument* document);
 void WalkObject(BaseObject* object);
 // False when the object was not handled and its generator cache is to be entered.
 bool ConvertObject(BaseObject* object);

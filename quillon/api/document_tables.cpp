@@ -103,8 +103,8 @@ int32_t GetViewCount(const BaseDocument* document) {
 bool EvaluateDocument(BaseDocument* document, int32_t, int32_t, int32_t, int32_t, int32_t) {
   Document* model = DocumentOfHandle(document);
   if (!model) return false;
-  EvaluateDocumentCaches(*model);
-  return true;
+  // A document past the limits of the caches is not evaluated; it has no caches then.
+  return EvaluateDocumentCaches(*model).empty();
 }
 
 // A view looks through its scene camera while that lives, else through its own.

@@ -141,7 +141,7 @@ void ResizeSpline(BaseObject* spline, int32_t pointCount, int32_t segmentCount) 
 // never built gets them now.
 void ReleaseCacheCheck(BaseObject* object) {
   Object* model = ObjectOf(object);
-  if (model && !model->generatorCache && !model->deformCache) BuildCaches(*model, DocumentOf(model));
+  if (model && !model->generatorCache && !model->deformCache) BuildCaches(*model);
 }
 
 void SetRotationOrder(BaseObject* object, int32_t order) {

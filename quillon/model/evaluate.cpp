@@ -1,9 +1,12 @@
 #include "quillon/model/evaluate.h"
 
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/finite_values.h"
 #include "quillon/model/links.h"
 #include "quillon/model/tag.h"
 
@@ -16,7 +19,51 @@ constexpr Vector kDefaultDuplicateOffset{100.0, 0.0, 0.0};
 // its own ancestor cannot recurse without end.
 constexpr int32_t kMaxCacheDepth = 16;
 
-void BuildCachesAt(Object& object, const Document* document, int32_t depth);
+// What one evaluation has made so far, and the first limit it passed.
+struct Evaluation {
+  int64_t made = 0;  // objects in caches
+  // The objects whose copies are being filled, innermost last: an instance inside such a copy
+  // that refers to one of them would copy itself without end.
+  std::vector<const Object*> copying;
+  std::string problem;
+};
+
+std::string Named(const Object& object) { return "object \"" + ToUtf8(object.name) + "\""; }
+
+// The object and every object below it.
+int64_t CountObjects(const Object& object) {
+  int64_t count = 0;
+  std::vector<const Node*> stack{&object};
+  while (!stack.empty()) {
+    const Node* node = stack.back();
+    stack.pop_back();
+    if (AsObject(node)) ++count;
+    for (const Node* child = node->firstChild; child; child = child->next) stack.push_back(child);
+  }
+  return count;
+}
+
+int64_t CountChildObjects(const Object& object) {
+  int64_t count = 0;
+  for (Node* child = object.firstChild; child; child = child->next) {
+    if (const Object* childObject = AsObject(child)) count += CountObjects(*childObject);
+  }
+  return count;
+}
+
+// Takes `count` more objects for the caches of `generator`, or records that they would pass
+// the limit.
+bool Afford(Evaluation& evaluation, const Object& generator, int64_t count) {
+  if (count > kMaxGeneratedObjects - evaluation.made) {
+    evaluation.problem = Named(generator) + ": its caches would hold more than " +
+                         std::to_string(kMaxGeneratedObjects) + " objects";
+    return false;
+  }
+  evaluation.made += count;
+  return true;
+}
+
+void BuildCachesAt(Object& object, Evaluation& evaluation, int32_t depth);
 
 void MarkFromCache(Node& node) {
   node.infoBits |= kInfoBitFromCache;
@@ -40,19 +87,37 @@ Vector VectorParam(const Node& node, int32_t id, Vector fallback) {
 // A null at the generator's place that holds the generated objects.
 std::unique_ptr<Object> NewCacheRoot() { return std::make_unique<Object>(ObjectType_Null); }
 
-std::unique_ptr<Object> InstanceCache(const Object& instance) {
+const Object* ReferenceOf(const Object& instance) {
   auto found = instance.params.find(InstanceParam_Reference);
   const LinkData* link = found == instance.params.end() ? nullptr : AsLink(found->second.raw);
-  const Object* reference = link ? AsObject(ResolveLink(link->targetId)) : nullptr;
-  if (!reference || reference == &instance) return nullptr;
+  return link ? AsObject(ResolveLink(link->targetId)) : nullptr;
+}
+
+std::unique_ptr<Object> InstanceCache(const Object& instance, Evaluation& evaluation) {
+  const Object* reference = ReferenceOf(instance);
+  if (!reference) return nullptr;
+  bool loops = IsWithin(&instance, reference);
+  for (const Object* copying : evaluation.copying) loops = loops || copying == reference;
+  if (loops) {
+    evaluation.problem = Named(instance) + ": an instance of " + Named(*reference) +
+                         ", which holds the instance itself, directly or through other instances";
+    return nullptr;
+  }
+  if (!Afford(evaluation, instance, CountObjects(*reference))) return nullptr;
   auto copy = CloneObject(*reference);
   // The copy stands where the instance stands.
   SetLocalMatrixOf(*copy, Matrix());
   return copy;
 }
 
-std::unique_ptr<Object> DuplicatorCache(const Object& generator) {
-  int32_t count = Int32Param(generator, DuplicatorParam_Count, kDefaultDuplicates);
+std::unique_ptr<Object> DuplicatorCache(const Object& generator, Evaluation& evaluation) {
+  const int32_t count = Int32Param(generator, DuplicatorParam_Count, kDefaultDuplicates);
+  if (count < 0 || count > kMaxDuplicates) {
+    evaluation.problem = Named(generator) + ": a duplicator makes 0 to " + std::to_string(kMaxDuplicates) +
+                         " copies, not " + std::to_string(count);
+    return nullptr;
+  }
+  if (!Afford(evaluation, generator, int64_t{count} * CountChildObjects(generator))) return nullptr;
   Vector offset = VectorParam(generator, DuplicatorParam_Offset, kDefaultDuplicateOffset);
   auto root = NewCacheRoot();
   for (int32_t i = 0; i < count; ++i) {
@@ -67,7 +132,8 @@ std::unique_ptr<Object> DuplicatorCache(const Object& generator) {
   return root;
 }
 
-std::unique_ptr<Object> PassThroughCache(const Object& generator) {
+std::unique_ptr<Object> PassThroughCache(const Object& generator, Evaluation& evaluation) {
+  if (!Afford(evaluation, generator, CountChildObjects(generator))) return nullptr;
   auto root = NewCacheRoot();
   for (Node* child = generator.firstChild; child; child = child->next) {
     if (const Object* object = AsObject(child)) InsertLastUnder(CloneObject(*object).release(), root.get());
@@ -75,12 +141,12 @@ std::unique_ptr<Object> PassThroughCache(const Object& generator) {
   return root;
 }
 
-std::unique_ptr<Object> GeneratorCacheOf(const Object& object) {
+std::unique_ptr<Object> GeneratorCacheOf(const Object& object, Evaluation& evaluation) {
   switch (object.type) {
-    case ObjectType_Instance: return InstanceCache(object);
-    case ObjectType_Duplicator: return DuplicatorCache(object);
+    case ObjectType_Instance: return InstanceCache(object, evaluation);
+    case ObjectType_Duplicator: return DuplicatorCache(object, evaluation);
     case ObjectType_ChainGeneratorA:
-    case ObjectType_ChainGeneratorB: return PassThroughCache(object);
+    case ObjectType_ChainGeneratorB: return PassThroughCache(object, evaluation);
     default: return nullptr;
   }
 }
@@ -104,12 +170,12 @@ std::unique_ptr<Object> DeformCacheOf(const Object& object) {
 }
 
 void Attach(std::unique_ptr<Object>& slot, std::unique_ptr<Object> cache, Object& owner,
-            const Document* document, int32_t depth) {
+            Evaluation& evaluation, int32_t depth) {
   slot = std::move(cache);
   if (!slot) return;
   slot->parent = &owner;
   MarkFromCache(*slot);
-  BuildCachesAt(*slot, document, depth + 1);
+  BuildCachesAt(*slot, evaluation, depth + 1);
 }
 
 void ApplyTrack(Node& node, const Track& track, const BaseTime& time) {
@@ -144,25 +210,54 @@ void Animate(Node& node, const BaseTime& time) {
 }
 
 
-void BuildCachesAt(Object& object, const Document* document, int32_t depth) {
+void BuildCachesAt(Object& object, Evaluation& evaluation, int32_t depth) {
   object.generatorCache.reset();
   object.deformCache.reset();
-  if (depth > kMaxCacheDepth) return;
+  if (depth > kMaxCacheDepth || !evaluation.problem.empty()) return;
   for (Node* child = object.firstChild; child; child = child->next) {
-    if (Object* childObject = AsObject(child)) BuildCachesAt(*childObject, document, depth);
+    if (Object* childObject = AsObject(child)) BuildCachesAt(*childObject, evaluation, depth);
   }
-  Attach(object.generatorCache, GeneratorCacheOf(object), object, document, depth);
-  Attach(object.deformCache, HasDeformer(object) ? DeformCacheOf(object) : nullptr, object, document, depth);
+  std::unique_ptr<Object> generated = GeneratorCacheOf(object, evaluation);
+  // The caches inside an instance's copy are built while its reference counts as being copied.
+  const Object* reference = object.type == ObjectType_Instance ? ReferenceOf(object) : nullptr;
+  if (reference) evaluation.copying.push_back(reference);
+  Attach(object.generatorCache, std::move(generated), object, evaluation, depth);
+  if (reference) evaluation.copying.pop_back();
+  std::unique_ptr<Object> deformed;
+  if (HasDeformer(object) && Afford(evaluation, object, 1)) deformed = DeformCacheOf(object);
+  Attach(object.deformCache, std::move(deformed), object, evaluation, depth);
 }
+
+void DropCaches(Object& object) {
+  object.generatorCache.reset();
+  object.deformCache.reset();
+  for (Node* child = object.firstChild; child; child = child->next) {
+    if (Object* childObject = AsObject(child)) DropCaches(*childObject);
+  }
+}
+
 }  // namespace
 
-void BuildCaches(Object& object, const Document* document) { BuildCachesAt(object, document, 0); }
+std::string BuildCaches(Object& object) {
+  Evaluation evaluation;
+  BuildCachesAt(object, evaluation, 0);
+  if (!evaluation.problem.empty()) DropCaches(object);
+  return evaluation.problem;
+}
 
-void EvaluateDocumentCaches(Document& document) {
+std::string EvaluateDocumentCaches(Document& document) {
+  std::string problem = NonFiniteValue(document);
+  if (!problem.empty()) return problem;
   Animate(*document.objects, document.currentTime);
+  Evaluation evaluation;
   for (Node* node = document.objects->firstChild; node; node = node->next) {
-    if (Object* object = AsObject(node)) BuildCaches(*object, &document);
+    if (Object* object = AsObject(node)) BuildCachesAt(*object, evaluation, 0);
   }
+  if (evaluation.problem.empty()) return "";
+  for (Node* node = document.objects->firstChild; node; node = node->next) {
+    if (Object* object = AsObject(node)) DropCaches(*object);
+  }
+  return evaluation.problem;
 }
 
 }  // namespace quillon

@@ -2,7 +2,8 @@
 //   orytool dump FILE.ory              a summary line, then the document as an indented tree
 //   orytool dump --summary FILE.ory    the summary line alone (what `aehost export` prints)
 //   orytool dump --json FILE.ory       the JSON scene description that `build` reads back
-//   orytool validate FILE.ory          exit 0, or 2 with the byte offset and the problem
+//   orytool validate FILE.ory          exit 0, or 2 with the byte offset and the problem, or with
+//                                      the object whose caches or numbers the engine refuses
 //   orytool build SCENE.json --output FILE.ory
 // Exit codes: 0 success, 1 a file could not be written or memory ran out, 2 bad input or usage.
 #include <CLI/CLI.hpp>
@@ -14,6 +15,7 @@
 
 #include "files/read_file.h"
 #include "quillon/format/ory_format.h"
+#include "quillon/model/evaluate.h"
 #include "quillon/orytool/scene_dump.h"
 #include "quillon/orytool/scene_json.h"
 #include "quillon/orytool/scene_summary.h"
@@ -85,6 +87,9 @@ int Validate(const std::string& path) {
   Document document;
   std::string error;
   if (!quillon::format::ReadDocument(path, document, &error)) return Complain(error, kExitBadInput);
+  // A file that reads but that the engine refuses to evaluate is no valid scene either.
+  const std::string problem = quillon::EvaluateDocumentCaches(document);
+  if (!problem.empty()) return Complain(path + ": " + problem, kExitBadInput);
   std::cout << path << ": valid\n";
   return 0;
 }

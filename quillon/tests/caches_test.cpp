@@ -2,7 +2,12 @@
 // instance object, the duplicator, the chain generators and deformed objects.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <string>
+
 #include "quillon/model/evaluate.h"
+#include "quillon/model/links.h"
 #include "quillon/tests/engine_tables.h"
 
 namespace quillon::testing {
@@ -108,14 +113,16 @@ TEST_F(CachesTest, CachesBelongToTheirGenerator) {
   EXPECT_EQ(Bo()->GetGeneratorCache(generator), nullptr);
 }
 
-TEST_F(CachesTest, AnInstanceOfItsOwnAncestorStops) {
+// Its copy would hold the instance again, and that copy another one: the document is refused and
+// nothing is built.
+TEST_F(CachesTest, AnInstanceOfItsOwnAncestorIsRefused) {
   BaseObject* parent = Insert(ObjectType_Null);
   BaseObject* instance = Insert(ObjectType_Instance, parent);
   bool done = false;
   Extension<InstanceLibrary>(kExtensionInstance)->SetInstanceReference(instance, &done, parent);
   ASSERT_TRUE(done);
-  Evaluate();
-  EXPECT_NE(Bo()->GetGeneratorCache(instance), nullptr);
+  EXPECT_FALSE(Bd()->EvaluateDocument(document, 0, 1, 1, 1, 4));
+  EXPECT_EQ(Bo()->GetGeneratorCache(instance), nullptr);
 }
 
 TEST_F(CachesTest, EvaluationAnimatesAtTheDocumentTime) {
@@ -141,6 +148,120 @@ TEST_F(CachesTest, ReleaseCacheCheckPreparesALoneGenerator) {
   EXPECT_NE(Bo()->GetGeneratorCache(generator), nullptr);
   Bl()->FreeNode(generator);
 }
+
+// The limits of the caches, on the model itself, with the message that names the object.
+class CacheLimitsTest : public ::testing::Test {
+ protected:
+  std::unique_ptr<Document> document = NewDocument();
+
+  Object* Add(int32_t type, const char16_t* name, Node* parent = nullptr) {
+    auto object = std::make_unique<Object>(type);
+    object->name = name;
+    Object* added = object.get();
+    InsertLastUnder(object.release(), parent ? parent : document->objects.get());
+    return added;
+  }
+
+  Object* AddInstanceOf(Object& reference, const char16_t* name, Node* parent) {
+    Object* instance = Add(ObjectType_Instance, name, parent);
+    SetLinkId(instance->params[InstanceParam_Reference].raw, LinkIdOf(&reference));
+    return instance;
+  }
+};
+
+TEST_F(CacheLimitsTest, ThreeInstancesOfTheirOwnParentAreRefusedAtTheFirst) {
+  Object* group = Add(ObjectType_Null, u"Group");
+  for (const char16_t* name : {u"A", u"B", u"C"}) AddInstanceOf(*group, name, group);
+  EXPECT_EQ(EvaluateDocumentCaches(*document),
+            "object \"A\": an instance of object \"Group\", which holds the instance itself, directly or through "
+            "other instances");
+  EXPECT_EQ(group->firstChild->nodeClass, NodeClass::Object);
+  EXPECT_EQ(AsObject(group->firstChild)->generatorCache, nullptr);
+}
+
+TEST_F(CacheLimitsTest, InstancesThatReachEachOtherThroughTheirCopiesAreRefused) {
+  Object* left = Add(ObjectType_Null, u"Left");
+  Object* right = Add(ObjectType_Null, u"Right");
+  AddInstanceOf(*right, u"ToRight", left);
+  AddInstanceOf(*left, u"ToLeft", right);
+  const std::string problem = EvaluateDocumentCaches(*document);
+  EXPECT_NE(problem.find("which holds the instance itself, directly or through other instances"), std::string::npos)
+      << problem;
+}
+
+struct DuplicatorCount {
+  int32_t count;
+  bool evaluated;
+};
+
+class DuplicatorCounts : public CacheLimitsTest, public ::testing::WithParamInterface<DuplicatorCount> {};
+
+TEST_P(DuplicatorCounts, ADuplicatorMakesAtMostItsLimitOfCopies) {
+  Object* duplicator = Add(ObjectType_Duplicator, u"Copies");
+  SetInt32(duplicator->params[DuplicatorParam_Count].raw, GetParam().count);
+  Add(ObjectType_Null, u"Copy", duplicator);
+  const std::string problem = EvaluateDocumentCaches(*document);
+  if (GetParam().evaluated) {
+    EXPECT_EQ(problem, "");
+    ASSERT_NE(duplicator->generatorCache, nullptr);
+    EXPECT_EQ(static_cast<int32_t>(ChildrenOf(duplicator->generatorCache.get()).size()), GetParam().count);
+  } else {
+    EXPECT_EQ(problem, "object \"Copies\": a duplicator makes 0 to 10000 copies, not " +
+                           std::to_string(GetParam().count));
+    EXPECT_EQ(duplicator->generatorCache, nullptr);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Counts, DuplicatorCounts,
+                         ::testing::Values(DuplicatorCount{0, true}, DuplicatorCount{kMaxDuplicates, true},
+                                           DuplicatorCount{kMaxDuplicates + 1, false},
+                                           DuplicatorCount{std::numeric_limits<int32_t>::max(), false},
+                                           DuplicatorCount{-1, false}));
+
+// No loop, but each level holds ten copies of the one below: six levels would make a million
+// objects. The evaluation stops at its limit and builds nothing.
+TEST_F(CacheLimitsTest, CopiesOfCopiesStopAtTheLimitOfGeneratedObjects) {
+  Object* below = Add(ObjectType_Null, u"Level0");
+  for (int i = 0; i < 9; ++i) Add(ObjectType_Null, u"Leaf", below);
+  for (const char16_t* name : {u"Level1", u"Level2", u"Level3", u"Level4", u"Level5", u"Level6"}) {
+    Object* level = Add(ObjectType_Null, name);
+    for (int i = 0; i < 10; ++i) AddInstanceOf(*below, u"Use", level);
+    below = level;
+  }
+  const std::string problem = EvaluateDocumentCaches(*document);
+  EXPECT_NE(problem.find(": its caches would hold more than 100000 objects"), std::string::npos) << problem;
+  for (Node* top = document->objects->firstChild; top; top = top->next) {
+    for (Node* use = top->firstChild; use; use = use->next) EXPECT_EQ(AsObject(use)->generatorCache, nullptr);
+  }
+}
+
+struct NonFiniteCase {
+  const char* name;
+  void (*spoil)(Object& cube);
+  const char* message;
+};
+
+void PrintTo(const NonFiniteCase& c, std::ostream* out) { *out << c.name; }
+
+class NonFiniteValues : public CacheLimitsTest, public ::testing::WithParamInterface<NonFiniteCase> {};
+
+TEST_P(NonFiniteValues, ANumberThatIsNotFiniteIsNamedWithItsObjectAndParameter) {
+  Object* group = Add(ObjectType_Null, u"Group");
+  Object* cube = Add(ObjectType_Null, u"Cube", group);
+  GetParam().spoil(*cube);
+  EXPECT_EQ(EvaluateDocumentCaches(*document), GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, NonFiniteValues,
+    ::testing::Values(
+        NonFiniteCase{"Position", [](Object& cube) { SetPositionOf(cube, {0.0, std::nan(""), 0.0}); },
+                      "object \"Cube\": position holds nan"},
+        NonFiniteCase{"Scale", [](Object& cube) { SetScaleOf(cube, {1.0, 1.0, -HUGE_VAL}); },
+                      "object \"Cube\": scale holds -inf"},
+        NonFiniteCase{"OtherParameter",
+                      [](Object& cube) { SetFloat(cube.params[DuplicatorParam_Count].raw, HUGE_VAL); },
+                      "object \"Cube\": parameter 1020 holds inf"}));
 
 }  // namespace
 }  // namespace quillon::testing

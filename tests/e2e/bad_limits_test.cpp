@@ -1,16 +1,21 @@
-// End to end: projects and frames at the limits of what the host and the export can carry.
-// Long parent and precomposition chains read and evaluate in a time linear in their length
-// (a hang would show as the test's timeout), an export past the walk's bounds ends at once
-// with a message naming the bound and the layer or composition, numbers the host's 32-bit
-// times cannot carry are refused with their place, and a project saved after ids ran to the
-// top reads back.
+// End to end: projects, frames and scenes at the limits of what the host, the export and the
+// engine can carry. Long parent and precomposition chains read and evaluate in a time linear
+// in their length (a hang would show as the test's timeout), an export past the walk's bounds
+// ends at once with a message naming the bound and the layer or composition, numbers the
+// host's 32-bit times cannot carry are refused with their place, a project saved after ids
+// ran to the top reads back, and every failed import says why: a writer holding the file
+// (tests/e2e/import_lock_test.cpp), a damaged file (bad_input_test.cpp), caches past the
+// engine's limits, a rate or length no composition has, a number that is not finite.
 #include <gtest/gtest.h>
 #include <json/json.h>
 
+#include <cmath>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "quillon/format/ory_format.h"
+#include "quillon/model/object.h"
 #include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
 
@@ -234,6 +239,181 @@ TEST_F(BadLimits, AProjectWhoseIdsRanToTheTopReadsBackAfterAnImport) {
       RunCommand(qae_test::AehostPath(), {"import", scene, "--project", saved, "--output", dir_ + "/again.json"});
   EXPECT_EQ(again.exitCode, kDone) << again.err;
   EXPECT_NE(imported.out.find("imported " + scene + ": folder"), std::string::npos) << imported.out;
+}
+
+// Scenes: the example of generators with its objects replaced.
+Json::Value SceneWith(const Json::Value& objects) {
+  Json::Value scene =
+      qae_test::ParseJson(qae_test::ReadFile(std::string(QAE_EXAMPLES_DIR) + "/scenes/import_generators.json"));
+  scene["objects"] = objects;
+  return scene;
+}
+
+Json::Value SceneObject(const char* type, const char* name) {
+  Json::Value object;
+  object["type"] = type;
+  object["name"] = name;
+  return object;
+}
+
+Json::Value Param(const char* id, const char* kind, const Json::Value& value) {
+  Json::Value param;
+  param["id"] = id;
+  param[kind] = value;
+  return param;
+}
+
+Json::Value DuplicatorScene(int count) {
+  Json::Value duplicator = SceneObject("ObjectType_Duplicator", "Copies");
+  duplicator["params"].append(Param("DuplicatorParam_Count", "int32", count));
+  duplicator["children"].append(SceneObject("ObjectType_Null", "Copy"));
+  Json::Value objects(Json::arrayValue);
+  objects.append(duplicator);
+  return SceneWith(objects);
+}
+
+// A group with three instances of itself: each copy would hold three more.
+Json::Value SelfInstanceScene() {
+  Json::Value group = SceneObject("ObjectType_Null", "Group");
+  group["ref"] = "group";
+  for (const char* name : {"A", "B", "C"}) {
+    Json::Value instance = SceneObject("ObjectType_Instance", name);
+    instance["params"].append(Param("InstanceParam_Reference", "link", "group"));
+    group["children"].append(instance);
+  }
+  Json::Value objects(Json::arrayValue);
+  objects.append(group);
+  return SceneWith(objects);
+}
+
+// Two nulls each 1e308 from its parent, the inner one made a layer: its place overflows.
+Json::Value FarScene() {
+  Json::Value far = SceneObject("ObjectType_Null", "Far");
+  far["params"].append(Param("ObjectParam_Position", "vector", Triple(1e308, 0, 0)));
+  Json::Value farther = SceneObject("ObjectType_Null", "Farther");
+  farther["params"].append(Param("ObjectParam_Position", "vector", Triple(1e308, 0, 0)));
+  Json::Value tag;
+  tag["type"] = "TagType_Compositing";
+  tag["params"].append(Param("CompositingTagParam_Solid", "int32", 0));
+  farther["tags"].append(tag);
+  far["children"].append(farther);
+  Json::Value objects(Json::arrayValue);
+  objects.append(far);
+  return SceneWith(objects);
+}
+
+// The keys example at `fps`, to frame `lastFrame`.
+Json::Value TimingScene(int fps, double lastFrame) {
+  Json::Value scene =
+      qae_test::ParseJson(qae_test::ReadFile(std::string(QAE_EXAMPLES_DIR) + "/scenes/import_keys.json"));
+  for (Json::Value& param : scene["document"]["params"]) {
+    if (param["id"] == "DocParam_Fps") param["int32"] = fps;
+    if (param["id"] == "DocParam_MaxTime") param["time"] = Triple(lastFrame, fps, 0), param["time"].resize(2);
+  }
+  for (Json::Value& param : scene["render_settings"][0]["params"])
+    if (param["id"] == "RenderParam_FrameRate") param["float"] = fps;
+  return scene;
+}
+
+class SceneLimits : public BadLimits {
+ protected:
+  std::string Build(const std::string& name, const Json::Value& scene) {
+    const std::string path = dir_ + "/" + name + ".ory";
+    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", Write(name + ".json", scene), "--output", path});
+    EXPECT_EQ(built.exitCode, kDone) << built.err;
+    return path;
+  }
+
+  qae_test::CommandResult Import(const std::string& scene) {
+    return RunCommand(qae_test::AehostPath(), {"import", scene, "--output", Output()});
+  }
+
+  std::string Output() const { return dir_ + "/imported.json"; }
+};
+
+struct RefusedScene {
+  const char* name;
+  Json::Value (*scene)();
+  int importExit;
+  const char* reason;  // after "FILE: "
+  bool validates;      // orytool validate calls the file valid
+};
+
+void PrintTo(const RefusedScene& c, std::ostream* out) { *out << c.name; }
+
+class RefusedScenes : public SceneLimits, public testing::WithParamInterface<RefusedScene> {};
+
+TEST_P(RefusedScenes, TheImportFailsWithTheReasonAndSavesNothing) {
+  const RefusedScene& c = GetParam();
+  const std::string scene = Build(c.name, c.scene());
+  const auto imported = Import(scene);
+  EXPECT_EQ(imported.exitCode, c.importExit) << imported.err;
+  EXPECT_NE(imported.err.find("failed to import " + scene + " (error 2): " + scene + ": " + c.reason),
+            std::string::npos)
+      << imported.err;
+  EXPECT_FALSE(qae_test::FileExists(Output()));
+  const auto validated = RunCommand(qae_test::OrytoolPath(), {"validate", scene});
+  if (c.validates) {
+    EXPECT_EQ(validated.exitCode, kDone) << validated.err;
+  } else {
+    EXPECT_EQ(validated.exitCode, kBadInput);
+    EXPECT_NE(validated.err.find(scene + ": " + c.reason), std::string::npos) << validated.err;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, RefusedScenes,
+    testing::Values(
+        RefusedScene{"DuplicatorOfAllCopies", [] { return DuplicatorScene(2147483647); }, kBadInput,
+                     "object \"Copies\": a duplicator makes 0 to 10000 copies, not 2147483647", false},
+        RefusedScene{"InstancesOfTheirOwnParent", SelfInstanceScene, kBadInput,
+                     "object \"A\": an instance of object \"Group\", which holds the instance itself, directly or "
+                     "through other instances",
+                     false},
+        // Ten million seconds at 25 frames a second; a million frames a second.
+        RefusedScene{"TooLong", [] { return TimingScene(25, 250e6); }, kFailed,
+                     "the scene is 1e+07 seconds long; a composition is at most 10800 seconds (three hours) long",
+                     true},
+        RefusedScene{"TooFast", [] { return TimingScene(1000000, 19e6); }, kFailed,
+                     "the scene runs at 1e+06 frames a second; a composition runs at 0.01 to 1000 frames a second",
+                     true}));
+
+TEST_F(SceneLimits, ADuplicatorAtItsLimitImports) {
+  const auto imported = Import(Build("copies", DuplicatorScene(10000)));
+  EXPECT_EQ(imported.exitCode, kDone) << imported.err;
+}
+
+// A scene that holds a NaN cannot come from a description; it is written through the engine.
+TEST_F(SceneLimits, ANumberThatIsNotFiniteIsNamedWithItsObjectAndParameter) {
+  const std::string built = Build("nan", DuplicatorScene(1));
+  quillon::Document document;
+  std::string error;
+  ASSERT_TRUE(quillon::format::ReadDocument(built, document, &error)) << error;
+  quillon::Object* copies = quillon::AsObject(document.objects->firstChild);
+  ASSERT_NE(copies, nullptr);
+  quillon::SetPositionOf(*copies, {0.0, std::nan(""), 0.0});
+  const std::string scene = dir_ + "/nan_written.ory";
+  ASSERT_TRUE(quillon::format::WriteDocument(document, scene, &error)) << error;
+
+  const auto imported = Import(scene);
+  EXPECT_EQ(imported.exitCode, kBadInput) << imported.err;
+  EXPECT_NE(imported.err.find(scene + ": object \"Copies\": position holds nan"), std::string::npos) << imported.err;
+  EXPECT_FALSE(qae_test::FileExists(Output()));
+  const auto validated = RunCommand(qae_test::OrytoolPath(), {"validate", scene});
+  EXPECT_EQ(validated.exitCode, kBadInput);
+  EXPECT_NE(validated.err.find("object \"Copies\": position holds nan"), std::string::npos) << validated.err;
+}
+
+// Finite numbers whose sum is not: the host refuses the value, names the layer and the stream,
+// and the project is not saved without it.
+TEST_F(SceneLimits, APlaceThatOverflowsIsRefusedByTheHostAndNothingIsSaved) {
+  const auto imported = Import(Build("far", FarScene()));
+  EXPECT_EQ(imported.exitCode, kFailed) << imported.err;
+  EXPECT_NE(imported.err.find("the value of Position of layer \"Farther\" is not finite (inf)"), std::string::npos)
+      << imported.err;
+  EXPECT_NE(imported.err.find("with calls the host refused; the project is not saved"), std::string::npos)
+      << imported.err;
+  EXPECT_FALSE(qae_test::FileExists(Output()));
 }
 
 }  // namespace

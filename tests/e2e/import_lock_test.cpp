@@ -50,7 +50,9 @@ TEST_F(ImportLock, AWriterElsewhereKeepsTheImportOut) {
   close(writer);
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_NE(result.err.find("failed to import"), std::string::npos) << result.err;
-  EXPECT_NE(result.err.find("(error 2)"), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("(error 2): " + scene_ + " is being written by another program (locked for 5 s)"),
+            std::string::npos)
+      << result.err;
   EXPECT_FALSE(qae_test::FileExists(Output()));
 }
 
@@ -78,11 +80,11 @@ TEST_F(ImportLock, FilesThatAreNoScenesAreRefused) {
   EXPECT_EQ(refused.exitCode, 1);
   EXPECT_NE(refused.err.find("cannot import"), std::string::npos) << refused.err;
 
-  // The header passes, the loading fails: the import itself reports failure.
+  // The header passes, the loading fails: the import itself reports failure, a malformed file.
   const std::string broken = dir_ + "/broken.ory";
   qae_test::WriteFile(broken, "XORYORY6 and nothing a scene would hold");
   const auto failed = Import(broken);
-  EXPECT_EQ(failed.exitCode, 1);
+  EXPECT_EQ(failed.exitCode, 2);
   EXPECT_NE(failed.err.find("failed to import"), std::string::npos) << failed.err;
   EXPECT_FALSE(qae_test::FileExists(Output()));
 }
