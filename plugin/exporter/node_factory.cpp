@@ -119,7 +119,7 @@ bool TakesChildFlag(int32_t type) {
 }  // namespace
 
 BaseObject* CreateChildObject(AEToOry& exporter, BaseObject* parent, AEGP_LayerH layer, const std::string& suffix,
-                              int32_t type, bool insert, bool appendSuffix) {
+                              int32_t type, bool insert, bool appendSuffix, bool* made) {
   std::string name, key;
   NameAndKeyOrThrow(exporter, layer, &name, &key);
   if (!suffix.empty()) {
@@ -128,6 +128,7 @@ BaseObject* CreateChildObject(AEToOry& exporter, BaseObject* parent, AEGP_LayerH
   }
   SceneNode* found = parent ? FindByKey(t_ORYOS_At->GetDown(parent), key) : nullptr;
   BaseObject* object = static_cast<BaseObject*>(found);
+  if (made) *made = !object;
   if (!object) {
     object = AllocChild(type);
     SetContainerString(object, ParamKey_OriginKey, key);

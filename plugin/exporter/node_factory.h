@@ -22,8 +22,9 @@ BaseObject* CreateLayerObject(AEToOry& exporter, AEGP_LayerH layer, int32_t type
 // One of the objects of a text or shape layer, of which one layer has many: the layer's name
 // and key with "-" and `suffix` behind them (`appendSuffix`), or `suffix` alone. An object
 // with that key below `parent` is reused; a new one goes first under `parent` when `insert`.
+// `made`, when given, tells whether the object is new.
 BaseObject* CreateChildObject(AEToOry& exporter, BaseObject* parent, AEGP_LayerH layer, const std::string& suffix,
-                              int32_t type, bool insert, bool appendSuffix);
+                              int32_t type, bool insert, bool appendSuffix, bool* made = nullptr);
 SceneLayer* CreateDocLayer(AEToOry& exporter, AEGP_LayerH layer, bool insert);
 
 // The name and key of `layer` with the name's prefix cut; a project without a file name

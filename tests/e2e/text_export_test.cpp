@@ -326,6 +326,35 @@ INSTANTIATE_TEST_SUITE_P(
         FontCase{"Unknown", true, {{508, "QuillonMissing-Regular"}, {509, "QuillonMissing-Regular"}}}),
     [](const ::testing::TestParamInfo<FontCase>& info) { return std::string(info.param.layer); });
 
+// A precomposition used by two layers: the second visit finds the text objects of the first
+// and sets their values again, but does not move them in depth a second time nor add a
+// second instance. The stroke is 1 pixel wide: o = 0.6666666865348816 + 0.5.
+TEST(TextInAPrecompositionUsedTwice, ExistsOnce) {
+  const std::string dir = qae_test::MakeTempDir("text_twice");
+  qae_test::WriteFile(dir + "/twice.json", R"({"format": "aehost-project", "version": 1, "path": "/projects/twice.aep",
+    "comps": [
+      {"id": 1, "name": "Inner", "width": 640, "height": 360, "frameRate": 25, "duration": 1, "layers": [
+        {"id": 11, "name": "T", "type": "text", "threeD": true,
+         "text": {"document": {"text": "x", "applyStroke": true}}}]},
+      {"id": 2, "name": "Outer", "width": 640, "height": 360, "frameRate": 25, "duration": 1, "layers": [
+        {"id": 21, "name": "A", "source": 1, "threeD": true},
+        {"id": 22, "name": "B", "source": 1, "threeD": true}]}]})");
+  const auto exported = RunCommand(qae_test::AehostPath(), {"export", dir + "/twice.json", "--comp", "Outer",
+                                                            "--output", dir + "/twice.ory", "--text", "live"});
+  ASSERT_EQ(exported.exitCode, 0) << exported.err;
+  const Json::Value scene =
+      qae_test::ParseJson(RunCommand(qae_test::OrytoolPath(), {"dump", "--json", dir + "/twice.ory"}).out);
+  // The inner objects hang under the null of the layer that linked them last.
+  const Json::Value& text = Child(Child(scene["objects"][0], "ObjectType_Null B"), "ObjectType_Null T");
+  ASSERT_EQ(ChildrenOf(text), (std::vector<std::string>{"ObjectType_Sweep T-Sweep", "ObjectType_Extrude T-Extrude"}));
+  const Json::Value& sweep = Child(text, "ObjectType_Sweep T-Sweep");
+  EXPECT_EQ(ChildrenOf(sweep),
+            (std::vector<std::string>{"ObjectType_TextOutline T-TextOutline", "ObjectType_Instance T-Text"}));
+  EXPECT_EQ(Z(sweep), kTwoThirds + 0.5);
+  EXPECT_EQ(Z(Child(text, "ObjectType_Extrude T-Extrude")), -(kTwoThirds + 0.5));
+  std::filesystem::remove_all(dir);
+}
+
 // ---------------------------------------------------------------- the other answer, and eval
 
 TEST(TextAsPlanes, LeavesTheNullsOfTheTextLayersEmptyForNow) {

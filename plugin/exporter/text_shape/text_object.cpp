@@ -35,19 +35,33 @@ bool ApplyTextColour(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, b
   return true;
 }
 
+// A child of the layer's null, and whether this visit made it. A precomposition used twice
+// visits its text layers twice and finds the objects of the first visit: what is added to
+// them rather than set (the moves in depth, the instance) is done at their making only.
+struct TextChild {
+  BaseObject* object = nullptr;
+  bool made = false;
+};
+
+TextChild CreateTextChild(AEToOry& exporter, BaseObject* parent, AEGP_LayerH layer, const char* suffix, int32_t type) {
+  TextChild child;
+  child.object = CreateChildObject(exporter, parent, layer, suffix, type, true, true, &child.made);
+  return child;
+}
+
 // The sweep of the text's outline with the stroke colour; under the fill it moves away from
 // the viewer and the fill towards it, each by the same offset.
-BaseObject* CreateStroke(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, BaseObject* extrude,
-                         bool strokeOverFill) {
+TextChild CreateStroke(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, const TextChild& extrude,
+                       bool strokeOverFill) {
   const double width = GetTextStrokeWidth(exporter, layer);
   const double offset = StrokeDepthOffset(width);
-  if (extrude && !strokeOverFill) MoveInDepth(extrude, -offset);
-  BaseObject* sweep = CreateChildObject(exporter, object, layer, "Sweep", ObjectType_Sweep, true, true);
-  if (!sweep) return nullptr;
-  MoveInDepth(sweep, strokeOverFill ? kStrokeOverFillDepth : offset);
-  SetInt32Param(sweep, SweepParam_Flag, 0);
-  ApplyTextColour(exporter, layer, sweep, true);
-  BaseObject* outline = CreateChildObject(exporter, sweep, layer, "TextOutline", ObjectType_TextOutline, true, true);
+  if (extrude.object && extrude.made && !strokeOverFill) MoveInDepth(extrude.object, -offset);
+  const TextChild sweep = CreateTextChild(exporter, object, layer, "Sweep", ObjectType_Sweep);
+  if (!sweep.object) return sweep;
+  if (sweep.made) MoveInDepth(sweep.object, strokeOverFill ? kStrokeOverFillDepth : offset);
+  SetInt32Param(sweep.object, SweepParam_Flag, 0);
+  ApplyTextColour(exporter, layer, sweep.object, true);
+  BaseObject* outline = CreateChildObject(exporter, sweep.object, layer, "TextOutline", ObjectType_TextOutline, true, true);
   if (outline) SetFloatParam(outline, TextOutlineParam_Width, OutlineWidth(width));
   return sweep;
 }
@@ -124,17 +138,18 @@ A_Err ExportTextObject(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object)
   const bool strokeOverFill = IsStrokeOverFill(exporter, layer);
   const bool stroked = IsTextStroked(exporter, layer);
   const bool filled = IsTextFilled(exporter, layer);
-  BaseObject* extrude = nullptr;
+  TextChild extrude;
   if (filled) {
-    extrude = CreateChildObject(exporter, object, layer, "Extrude", ObjectType_Extrude, true, true);
-    ApplyTextColour(exporter, layer, extrude, false);
+    extrude = CreateTextChild(exporter, object, layer, "Extrude", ObjectType_Extrude);
+    ApplyTextColour(exporter, layer, extrude.object, false);
   }
-  BaseObject* sweep = stroked ? CreateStroke(exporter, layer, object, extrude, strokeOverFill) : nullptr;
-  if (!extrude && !sweep) return A_Err_NONE;
-  BaseObject* text = CreateChildObject(exporter, extrude ? extrude : sweep, layer, "Text", ObjectType_Text, true, true);
+  const TextChild sweep = stroked ? CreateStroke(exporter, layer, object, extrude, strokeOverFill) : TextChild{};
+  if (!extrude.object && !sweep.object) return A_Err_NONE;
+  BaseObject* text = CreateChildObject(exporter, extrude.object ? extrude.object : sweep.object, layer, "Text",
+                                       ObjectType_Text, true, true);
   if (!text) return A_Err_NONE;
-  if (extrude && sweep) {
-    if (const A_Err err = AddTextInstance(exporter, sweep, text)) return err;
+  if (extrude.object && sweep.made) {
+    if (const A_Err err = AddTextInstance(exporter, sweep.object, text)) return err;
   }
   WriteTextSettings(exporter, layer, text);
   return A_Err_NONE;
