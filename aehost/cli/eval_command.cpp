@@ -31,11 +31,11 @@ std::string FillLayerIndex(const std::string& script, int layerIndex) {
 CLI::App* AddEvalCommand(CLI::App& app, EvalOptions& options) {
     CLI::App* command = app.add_subcommand(
         "eval", "run a query script with the composition active, as the plug-in runs it, and print its reply");
-    command->add_option("project", options.project, "project description (JSON)")->required()->check(CLI::ExistingFile);
+    command->add_option("project", options.project, "project description (JSON)")->required()->check(RegularFile());
     command->add_option("--comp", options.comp, "the active composition")->required();
     command->add_option("--script", options.script, "the script; each %d in it becomes the layer index")
         ->required()
-        ->check(CLI::ExistingFile);
+        ->check(RegularFile());
     command->add_option("--layer-index", options.layerIndex,
                         "the zero-based layer index put in for %d, as the host's AEGP_GetLayerIndex gives it")
         ->check(CLI::Range(0, kMaxEvalLayerIndex));
