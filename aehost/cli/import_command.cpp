@@ -48,22 +48,32 @@ double Seconds(const quillon::Document& document, int32_t id) {
     return time && time->denominator != 0.0 ? time->numerator / time->denominator : 0.0;
 }
 
-// A rate or a length that no composition of this host has.
-std::string TimingProblem(const quillon::Document& document) {
+double RenderFloat(const quillon::Document& document, int32_t id) {
+    if (!document.activeSettings) return 0.0;
+    const auto found = document.activeSettings->params.find(id);
+    return found != document.activeSettings->params.end() ? quillon::AsFloat(found->second.raw) : 0.0;
+}
+
+// A size, aspect, rate or length that no composition of this host has.
+std::string CompositionProblem(const quillon::Document& document) {
     const auto fps = document.params.find(DocParam_Fps);
     const double frame = fps != document.params.end() && quillon::AsInt32(fps->second.raw) > 0
                              ? 1.0 / quillon::AsInt32(fps->second.raw)
                              : 0.0;
     const double length = Seconds(document, DocParam_MaxTime) - Seconds(document, DocParam_MinTime) + frame;
-    double rate = 0.0;
-    if (document.activeSettings) {
-        const auto found = document.activeSettings->params.find(RenderParam_FrameRate);
-        if (found != document.activeSettings->params.end()) rate = quillon::AsFloat(found->second.raw);
-    }
+    const double width = RenderFloat(document, RenderParam_Width), height = RenderFloat(document, RenderParam_Height);
+    const double aspect = RenderFloat(document, RenderParam_PixelAspect);
+    const double rate = RenderFloat(document, RenderParam_FrameRate);
     std::ostringstream text;
-    if (!(rate >= 0.01 && rate <= kMaxCompFrameRate)) {
-        text << "the scene runs at " << rate << " frames a second; a composition runs at 0.01 to "
-             << kMaxCompFrameRate << " frames a second";
+    if (!(width >= 1 && width < kMaxItemSize + 1 && height >= 1 && height < kMaxItemSize + 1)) {
+        text << "the scene renders " << width << " x " << height << " pixels; a composition is 1 to " << kMaxItemSize
+             << " pixels wide and high";
+    } else if (!(aspect >= kMinPixelAspect && aspect <= kMaxPixelAspect)) {
+        text << "the scene's pixel aspect is " << aspect << "; a composition's is " << kMinPixelAspect << " to "
+             << kMaxPixelAspect;
+    } else if (!(rate >= kMinCompFrameRate && rate <= kMaxCompFrameRate)) {
+        text << "the scene runs at " << rate << " frames a second; a composition runs at " << kMinCompFrameRate
+             << " to " << kMaxCompFrameRate << " frames a second";
     } else if (!(length <= kMaxCompDuration)) {
         text << "the scene is " << length << " seconds long; a composition is at most " << kMaxCompDuration
              << " seconds (three hours) long";
@@ -76,8 +86,8 @@ ImportFailure WhyImportFailed(const std::string& path) {
     quillon::Document document;
     std::string error;
     if (!quillon::format::ReadDocument(path, document, &error)) return {error, kExitBadInput};
-    const std::string timing = TimingProblem(document);
-    if (!timing.empty()) return {path + ": " + timing, kExitFailed};
+    const std::string composition = CompositionProblem(document);
+    if (!composition.empty()) return {path + ": " + composition, kExitFailed};
     const std::string problem = quillon::EvaluateDocumentCaches(document);
     if (!problem.empty()) return {path + ": " + problem, kExitBadInput};
     return {};

@@ -1,5 +1,7 @@
 // The composition suite: a composition's timing, and the calls that create
 // compositions and layers in them.
+#include <cmath>
+
 #include "aehost/core/host_time.h"
 #include "aehost/core/model_handles.h"
 #include "aehost/core/progress.h"
@@ -20,7 +22,6 @@ void NoteLayerMade(const char* kind, const Item& comp, const Layer& layer) {
     CountImportedLayer();
 }
 
-constexpr A_long kMaxCompSize = 30000;
 
 A_Err GetCompFromItem(AEGP_ItemH itemH, AEGP_CompH* compPH) {
     return GuardCall("AEGP_GetCompFromItem", [&]() -> A_Err {
@@ -75,6 +76,14 @@ A_Err GetCompDisplayStartTime(AEGP_CompH compH, A_Time* start_timePT) {
     });
 }
 
+// A pixel aspect the project description holds, so that a saved project reads back.
+A_Err ReadPixelAspect(const char* call, const A_Ratio* ratioP, double* aspect) {
+    if (!ratioP || !FromRatio(*ratioP, aspect) || !(*aspect >= kMinPixelAspect && *aspect <= kMaxPixelAspect))
+        return Refuse(call, "pixel aspect ratio must lie between " + ShortNumber(kMinPixelAspect) + " and " +
+                                ShortNumber(kMaxPixelAspect));
+    return A_Err_NONE;
+}
+
 A_Err SetCompDisplayStartTime(AEGP_CompH compH, const A_Time* start_timePT) {
     return GuardCall("AEGP_SetCompDisplayStartTime", [&]() -> A_Err {
         Item* comp = nullptr;
@@ -82,6 +91,10 @@ A_Err SetCompDisplayStartTime(AEGP_CompH compH, const A_Time* start_timePT) {
         double seconds = 0.0;
         if (!start_timePT || !ToSeconds(*start_timePT, &seconds))
             return Refuse("AEGP_SetCompDisplayStartTime", "missing time or time scale 0");
+        if (std::fabs(seconds) > kMaxTimeSeconds)
+            return Refuse("AEGP_SetCompDisplayStartTime",
+                          "display start " + ShortNumber(seconds) + " s lies beyond the " +
+                              ShortNumber(kMaxTimeSeconds) + " s either way that a project holds");
         comp->comp.displayStart = seconds;
         return A_Err_NONE;
     });
@@ -92,8 +105,7 @@ A_Err SetCompPixelAspectRatio(AEGP_CompH compH, const A_Ratio* pix_aspectratioPR
         Item* comp = nullptr;
         if (A_Err err = ResolveComp("AEGP_SetCompPixelAspectRatio", compH, &comp)) return err;
         double ratio = 0.0;
-        if (!pix_aspectratioPRt || !FromRatio(*pix_aspectratioPRt, &ratio) || ratio <= 0.0)
-            return Refuse("AEGP_SetCompPixelAspectRatio", "pixel aspect ratio must be positive");
+        if (A_Err err = ReadPixelAspect("AEGP_SetCompPixelAspectRatio", pix_aspectratioPRt, &ratio)) return err;
         comp->pixelAspect = ratio;
         return A_Err_NONE;
     });
@@ -122,17 +134,16 @@ A_Err CreateComp(AEGP_ItemH parent_folderH0, const A_UTF16Char* nameZ, A_long wi
         int folderId = kRootFolderId;
         if (A_Err err = ParentFolder(call, parent_folderH0, &folderId)) return err;
         if (!nameZ) return Refuse(call, "null name");
-        if (width < 1 || height < 1 || width > kMaxCompSize || height > kMaxCompSize)
+        if (width < 1 || height < 1 || width > kMaxItemSize || height > kMaxItemSize)
             return Refuse(call, "size " + std::to_string(width) + "x" + std::to_string(height) + " out of range");
         double aspect = 0.0, duration = 0.0, rate = 0.0;
-        if (!pixel_aspect_ratioPRt || !FromRatio(*pixel_aspect_ratioPRt, &aspect) || aspect <= 0.0)
-            return Refuse(call, "pixel aspect ratio must be positive");
+        if (A_Err err = ReadPixelAspect(call, pixel_aspect_ratioPRt, &aspect)) return err;
         if (!durationPT || !ToSeconds(*durationPT, &duration) || duration <= 0.0)
             return Refuse(call, "duration must be positive");
         if (duration > kMaxCompDuration)
             return Refuse(call, "duration is longer than three hours");
-        if (!frameratePRt || !FromRatio(*frameratePRt, &rate) || rate <= 0.0)
-            return Refuse(call, "frame rate must be positive");
+        if (!frameratePRt || !FromRatio(*frameratePRt, &rate) || !(rate >= kMinCompFrameRate))
+            return Refuse(call, "frame rate is below " + ShortNumber(kMinCompFrameRate) + " frames a second");
         if (rate > kMaxCompFrameRate)
             return Refuse(call, "frame rate is above " + ShortNumber(kMaxCompFrameRate) + " frames a second");
         Item& comp = AddComp(*project, Utf16zToUtf8(nameZ), width, height, aspect, duration, rate, folderId);
@@ -161,7 +172,7 @@ A_Err CreateSolidInComp(const A_UTF16Char* nameZ, A_long width, A_long height, c
         Item* comp = nullptr;
         if (A_Err err = ResolveComp(call, parent_compH, &comp)) return err;
         if (!nameZ || !colorP) return Refuse(call, "null name or colour");
-        if (width < 1 || height < 1 || width > kMaxCompSize || height > kMaxCompSize)
+        if (width < 1 || height < 1 || width > kMaxItemSize || height > kMaxItemSize)
             return Refuse(call, "size out of range");
         const Value color{{colorP->red, colorP->green, colorP->blue, colorP->alpha}};
         Layer& layer = AddSolidLayer(*g_host.project, *comp, Utf16zToUtf8(nameZ), width, height, color);

@@ -52,7 +52,10 @@ struct Item {
 constexpr int kRootFolderId = 0;
 // The longest composition the host makes, in seconds: three hours.
 constexpr double kMaxCompDuration = 3 * 60 * 60;
-// The highest frame rate of a composition.
+// The widest and tallest item, in pixels.
+constexpr int kMaxItemSize = 30000;
+// The frame rates of a composition.
+constexpr double kMinCompFrameRate = 0.01;
 constexpr double kMaxCompFrameRate = 1000;
 // The host's times are 32-bit counts of 1/100 frame (see CompTimeScale): at the highest frame
 // rate a time runs to 21474.8 seconds either way, and every time of a project stays inside a

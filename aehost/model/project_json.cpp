@@ -622,8 +622,8 @@ void ReadFolder(const In& at, Project& project, Pending& pending) {
 void ReadSize(const In& at, Item& item, int low) {
   RequireMember(at, "width");
   RequireMember(at, "height");
-  item.width = Integer(Member(at, "width"), low, 30000);
-  item.height = Integer(Member(at, "height"), low, 30000);
+  item.width = Integer(Member(at, "width"), low, kMaxItemSize);
+  item.height = Integer(Member(at, "height"), low, kMaxItemSize);
   if (Has(at, "pixelAspect")) {
     item.pixelAspect = NumberIn(Member(at, "pixelAspect"), kMinPixelAspect, kMaxPixelAspect);
   }
@@ -673,7 +673,7 @@ void ReadComp(const In& at, Project& project, Pending& pending) {
   ReadSize(at, item, 1);
   RequireMember(at, "frameRate");
   RequireMember(at, "duration");
-  item.frameRate = NumberIn(Member(at, "frameRate"), 0.01, kMaxCompFrameRate);
+  item.frameRate = NumberIn(Member(at, "frameRate"), kMinCompFrameRate, kMaxCompFrameRate);
   item.duration = CompDuration(Member(at, "duration"));
   Composition& comp = item.comp;
   if (Has(at, "displayStart")) comp.displayStart = Seconds(Member(at, "displayStart"));

@@ -67,6 +67,10 @@ A_Err CreateComposition(CTI* cti, AEGP_ItemH folder, const std::u16string& name,
   int32_t frames = 0;
   int32_t startFrame = 0;
   GetDocumentFrameRange(document, sequenceMode, &frames, &startFrame);
+  if (!CompositionFrameFits(width, height, pixelAspect)) {
+    LogEvent("CreateComposition", "the scene's render size or pixel aspect does not fit a composition");
+    return A_Err_PARAMETER;
+  }
   if (!CompositionTimingFits(frameRate, frames, startFrame)) {
     LogEvent("CreateComposition", "the scene's frame rate " + std::to_string(frameRate) + " or frame range (" +
                                       std::to_string(frames) + " frames from " + std::to_string(startFrame) +
@@ -110,6 +114,12 @@ bool CompositionTimingFits(double frameRate, int32_t frames, int32_t startFrame)
   constexpr double kLargest = INT32_MAX;
   const bool rateFits = std::isfinite(frameRate) && frameRate * 100.0 >= 1.0 && frameRate * 100.0 <= kLargest;
   return rateFits && frames >= 1 && frames * 100.0 <= kLargest && std::abs(startFrame * 100.0) <= kLargest;
+}
+
+bool CompositionFrameFits(double width, double height, double pixelAspect) {
+  constexpr double kLargest = INT32_MAX;
+  const auto fits = [&](double value) { return std::isfinite(value) && std::abs(value) <= kLargest; };
+  return fits(width) && fits(height) && fits(pixelAspect * 100.0);
 }
 
 uint32_t ImportTimeScale(double frameRate) { return static_cast<uint32_t>(static_cast<int32_t>(frameRate * 100.0)); }

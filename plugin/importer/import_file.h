@@ -24,5 +24,8 @@ void GetDocumentFrameRange(BaseDocument* document, int32_t sequenceMode, int32_t
 // Whether a scene's rate and frame range can be handed to the host without overflowing
 // its 32-bit times; a damaged or hostile file may hold anything.
 bool CompositionTimingFits(double frameRate, int32_t frames, int32_t startFrame);
+// Whether a scene's render size and pixel aspect (in hundredths) can be handed to the host as
+// 32-bit numbers.
+bool CompositionFrameFits(double width, double height, double pixelAspect);
 // The import's time scale: the render rate × 100, so that one frame is 100 units.
 uint32_t ImportTimeScale(double frameRate);

@@ -112,16 +112,33 @@ Json::Value PrecompChain(int length, int uses) {
   return top;
 }
 
+// A chain of 2D layers with the default transform, small enough in memory at any length.
+Json::Value BareParentChain(int length) {
+  Json::Value top = Project();
+  Json::Value comp = Comp(2, "Chain");
+  for (int i = 0; i < length; ++i) {
+    Json::Value layer;
+    layer["id"] = 10 + i;
+    layer["name"] = "L" + std::to_string(i);
+    layer["source"] = 1;
+    if (i > 0) layer["parent"] = 10 + i - 1;
+    comp["layers"].append(layer);
+  }
+  top["comps"].append(comp);
+  return top;
+}
+
 TEST_F(BadLimits, TheLayerAtTheFootOfAHundredThousandParentsIsPlacedByAllOfThem) {
-  const std::string project = Write("chain.json", ParentChain(100000));
+  const std::string project = Write("chain.json", BareParentChain(100000));
   const auto result = RunCommand(qae_test::AehostPath(),
                                  {"xform", project, "--comp", "Chain", "--layer", "L99999", "--frame", "0"});
   ASSERT_EQ(result.exitCode, kDone) << result.err;
   const Json::Value out = qae_test::ParseJson(result.out);
-  // Every layer adds its own 1, 2, 3 and turns nothing.
-  EXPECT_DOUBLE_EQ(out["matrix"][3][0].asDouble(), 100000.0);
-  EXPECT_DOUBLE_EQ(out["matrix"][3][1].asDouble(), 200000.0);
-  EXPECT_DOUBLE_EQ(out["matrix"][3][2].asDouble(), 300000.0);
+  // A new layer stands at the middle of the 64 x 48 composition, anchored at the middle of its
+  // 10 x 10 solid: every layer of the chain moves by (32 - 5, 24 - 5) and turns nothing.
+  EXPECT_DOUBLE_EQ(out["matrix"][3][0].asDouble(), 2700000.0);
+  EXPECT_DOUBLE_EQ(out["matrix"][3][1].asDouble(), 1900000.0);
+  EXPECT_DOUBLE_EQ(out["matrix"][3][2].asDouble(), 0.0);
   EXPECT_DOUBLE_EQ(out["matrix"][0][0].asDouble(), 1.0);
 }
 
@@ -315,6 +332,15 @@ Json::Value TimingScene(int fps, double lastFrame) {
   return scene;
 }
 
+// The keys example with one of its render settings changed.
+Json::Value RenderScene(const char* id, double value) {
+  Json::Value scene =
+      qae_test::ParseJson(qae_test::ReadFile(std::string(QAE_EXAMPLES_DIR) + "/scenes/import_keys.json"));
+  for (Json::Value& param : scene["render_settings"][0]["params"])
+    if (param["id"] == id) param["float"] = value;
+  return scene;
+}
+
 class SceneLimits : public BadLimits {
  protected:
   std::string Build(const std::string& name, const Json::Value& scene) {
@@ -376,6 +402,14 @@ INSTANTIATE_TEST_SUITE_P(
                      true},
         RefusedScene{"TooFast", [] { return TimingScene(1000000, 19e6); }, kFailed,
                      "the scene runs at 1e+06 frames a second; a composition runs at 0.01 to 1000 frames a second",
+                     true},
+        // Past 32 bits, which the importer stops short of, and within them, which the host refuses.
+        RefusedScene{"AspectPast32Bits", [] { return RenderScene("RenderParam_PixelAspect", 1e13); }, kFailed,
+                     "the scene's pixel aspect is 1e+13; a composition's is 0.01 to 100", true},
+        RefusedScene{"AspectTheHostRefuses", [] { return RenderScene("RenderParam_PixelAspect", 500); }, kFailed,
+                     "the scene's pixel aspect is 500; a composition's is 0.01 to 100", true},
+        RefusedScene{"TooWide", [] { return RenderScene("RenderParam_Width", 1e12); }, kFailed,
+                     "the scene renders 1e+12 x 720 pixels; a composition is 1 to 30000 pixels wide and high",
                      true}));
 
 TEST_F(SceneLimits, ADuplicatorAtItsLimitImports) {

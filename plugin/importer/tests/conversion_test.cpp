@@ -137,6 +137,16 @@ TEST(ImportTime, FramesAndHostTimes) {
   EXPECT_EQ(HostFrameTime(A_Time{2, 5}, 2997, 0).value, 1198);
 }
 
+// The size and the aspect in hundredths go to the host as 32-bit numbers; the host judges the rest.
+TEST(ImportTime, OnlySizesAndAspectsOf32BitsGoToTheHost) {
+  EXPECT_TRUE(CompositionFrameFits(1920, 1080, 1.0));
+  EXPECT_TRUE(CompositionFrameFits(0, -5, 0.0));
+  EXPECT_FALSE(CompositionFrameFits(1e12, 720, 1.0));
+  EXPECT_FALSE(CompositionFrameFits(1280, std::nan(""), 1.0));
+  EXPECT_FALSE(CompositionFrameFits(1280, 720, 1e13));
+  EXPECT_FALSE(CompositionFrameFits(1280, 720, -HUGE_VAL));
+}
+
 TEST(MarkerText, NameAndNoteShareOneComment) {
   EXPECT_EQ(MarkerComment(u"cut", nullptr), u"cut");
   const std::u16string note = u"here";
