@@ -1,5 +1,8 @@
 // The layer suite: a composition's layers, their switches, times and
 // layer-to-world matrices, and the calls that add layers.
+#include <set>
+#include <vector>
+
 #include "aehost/core/host_time.h"
 #include "aehost/core/memory_suite.h"
 #include "aehost/core/model_handles.h"
@@ -293,11 +296,20 @@ A_Err GetLayerParent(AEGP_LayerH layerH, AEGP_LayerH* parent_layerPH) {
 }
 
 // A composition may not hold itself, directly or through its layers' sources.
+// Each composition is looked into once, with a stack of its own: a chain of thousands of
+// precompositions, or compositions that each use the next twice, are walked in linear time.
 bool Contains(const Project& project, const Item& comp, int itemId) {
-    if (comp.id == itemId) return true;
-    for (const auto& layer : comp.comp.layers) {
-        const Item* source = layer->sourceId ? FindItem(project, layer->sourceId) : nullptr;
-        if (source && source->kind == ItemKind::Composition && Contains(project, *source, itemId)) return true;
+    std::set<int> seen{comp.id};
+    std::vector<const Item*> stack{&comp};
+    while (!stack.empty()) {
+        const Item* at = stack.back();
+        stack.pop_back();
+        if (at->id == itemId) return true;
+        for (const auto& layer : at->comp.layers) {
+            const Item* source = layer->sourceId ? FindItem(project, layer->sourceId) : nullptr;
+            if (source && source->kind == ItemKind::Composition && seen.insert(source->id).second)
+                stack.push_back(source);
+        }
     }
     return false;
 }
