@@ -15,9 +15,6 @@ namespace {
 
 constexpr int32_t kDefaultDuplicates = 3;
 constexpr Vector kDefaultDuplicateOffset{100.0, 0.0, 0.0};
-// Generators inside caches inside caches stop here, so that an instance of
-// its own ancestor cannot recurse without end.
-constexpr int32_t kMaxCacheDepth = 16;
 
 // What one evaluation has made so far, and the first limit it passed.
 struct Evaluation {
@@ -158,6 +155,16 @@ bool HasDeformer(const Object& object) {
   return false;
 }
 
+bool IsGenerator(const Object& object) {
+  switch (object.type) {
+    case ObjectType_Instance:
+    case ObjectType_Duplicator:
+    case ObjectType_ChainGeneratorA:
+    case ObjectType_ChainGeneratorB: return true;
+    default: return false;
+  }
+}
+
 // The deformed copy of the object itself, without its children.
 std::unique_ptr<Object> DeformCacheOf(const Object& object) {
   auto copy = std::make_unique<Object>(object.type);
@@ -213,7 +220,12 @@ void Animate(Node& node, const BaseTime& time) {
 void BuildCachesAt(Object& object, Evaluation& evaluation, int32_t depth) {
   object.generatorCache.reset();
   object.deformCache.reset();
-  if (depth > kMaxCacheDepth || !evaluation.problem.empty()) return;
+  if (!evaluation.problem.empty()) return;
+  if (depth > kMaxCacheDepth && (IsGenerator(object) || HasDeformer(object))) {
+    evaluation.problem = Named(object) + ": its cache would lie inside " + std::to_string(depth) +
+                         " caches; they nest at most " + std::to_string(kMaxCacheDepth) + " deep";
+    return;
+  }
   for (Node* child = object.firstChild; child; child = child->next) {
     if (Object* childObject = AsObject(child)) BuildCachesAt(*childObject, evaluation, depth);
   }

@@ -15,9 +15,12 @@ constexpr int32_t InstanceParam_Reference = 1001;
 constexpr int32_t DuplicatorParam_Count = 1020;
 constexpr int32_t DuplicatorParam_Offset = 1021;
 
-// What caches may hold: a duplicator's copies, and all objects that one evaluation generates
-// (so that instances of instances, each three times over, cannot fill the memory).
+// What caches may hold: a duplicator's copies, caches within caches, and all objects that one
+// evaluation generates (so that instances of instances, each three times over, cannot fill the
+// memory).
 constexpr int32_t kMaxDuplicates = 10000;
+// Caches inside the copies that other caches hold.
+constexpr int32_t kMaxCacheDepth = 16;
 constexpr int64_t kMaxGeneratedObjects = 100000;
 
 // Animates the document at its current time and builds every cache. A document past a limit,

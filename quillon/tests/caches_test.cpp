@@ -235,6 +235,27 @@ TEST_F(CacheLimitsTest, CopiesOfCopiesStopAtTheLimitOfGeneratedObjects) {
   }
 }
 
+// Level k holds an instance of level k - 1: the copy of level k - 1 holds an instance whose
+// cache lies one level deeper.
+class NestedInstances : public CacheLimitsTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(NestedInstances, CachesNestAtMostTheirLimitDeep) {
+  Object* below = Add(ObjectType_Null, u"Level0");
+  for (int level = 1; level <= GetParam(); ++level) {
+    Object* holder = Add(ObjectType_Null, u"Level");
+    AddInstanceOf(*below, u"Use", holder);
+    below = holder;
+  }
+  const std::string problem = EvaluateDocumentCaches(*document);
+  if (GetParam() <= kMaxCacheDepth + 1) {
+    EXPECT_EQ(problem, "");
+  } else {
+    EXPECT_EQ(problem, "object \"Use\": its cache would lie inside 17 caches; they nest at most 16 deep");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, NestedInstances, ::testing::Values(kMaxCacheDepth + 1, kMaxCacheDepth + 2, 40));
+
 struct NonFiniteCase {
   const char* name;
   void (*spoil)(Object& cube);
