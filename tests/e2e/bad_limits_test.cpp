@@ -76,8 +76,9 @@ Json::Value Triple(double x, double y, double z) {
   return v;
 }
 
-// "Chain": layer L<i> hangs under L<i-1>, anchored at its origin and 1, 2, 3 from its parent.
-Json::Value ParentChain(int length) {
+// "Chain": layer L<i> hangs under L<i-1>; 2D layers with the default transform, small in
+// memory at any length.
+Json::Value BareParentChain(int length) {
   Json::Value top = Project();
   Json::Value comp = Comp(2, "Chain");
   for (int i = 0; i < length; ++i) {
@@ -85,13 +86,21 @@ Json::Value ParentChain(int length) {
     layer["id"] = 10 + i;
     layer["name"] = "L" + std::to_string(i);
     layer["source"] = 1;
-    layer["threeD"] = true;
     if (i > 0) layer["parent"] = 10 + i - 1;
-    layer["transform"]["anchorPoint"] = Triple(0, 0, 0);
-    layer["transform"]["position"] = Triple(1, 2, 3);
     comp["layers"].append(layer);
   }
   top["comps"].append(comp);
+  return top;
+}
+
+// The same chain in 3D, each layer anchored at its origin and 1, 2, 3 from its parent.
+Json::Value ParentChain(int length) {
+  Json::Value top = BareParentChain(length);
+  for (Json::Value& layer : top["comps"][0]["layers"]) {
+    layer["threeD"] = true;
+    layer["transform"]["anchorPoint"] = Triple(0, 0, 0);
+    layer["transform"]["position"] = Triple(1, 2, 3);
+  }
   return top;
 }
 
@@ -109,22 +118,6 @@ Json::Value PrecompChain(int length, int uses) {
     }
     top["comps"].append(comp);
   }
-  return top;
-}
-
-// A chain of 2D layers with the default transform, small enough in memory at any length.
-Json::Value BareParentChain(int length) {
-  Json::Value top = Project();
-  Json::Value comp = Comp(2, "Chain");
-  for (int i = 0; i < length; ++i) {
-    Json::Value layer;
-    layer["id"] = 10 + i;
-    layer["name"] = "L" + std::to_string(i);
-    layer["source"] = 1;
-    if (i > 0) layer["parent"] = 10 + i - 1;
-    comp["layers"].append(layer);
-  }
-  top["comps"].append(comp);
   return top;
 }
 

@@ -1,8 +1,12 @@
 // A small project for the model's tests: a 200 x 100 composition at 25
-// frames per second, 10 seconds long, and a 40 x 20 solid.
+// frames per second, 10 seconds long, and a 40 x 20 solid; and the refusal of
+// a description.
 #pragma once
 
+#include <string>
+
 #include "aehost/model/edit.h"
+#include "aehost/model/project_json.h"
 
 namespace aehost {
 
@@ -20,6 +24,16 @@ struct SmallProject {
     SetStreamValue(project, *comp, layer, id, MakeValue(x, y, z));
   }
 };
+
+// Why a description read as "test.json" is refused; empty when it is not.
+inline std::string Refusal(const std::string& text) {
+  try {
+    ReadProject(text, "test.json");
+  } catch (const ProjectFormatError& error) {
+    return error.what();
+  }
+  return "";
+}
 
 inline Value V(double x, double y = 0.0, double z = 0.0, double w = 0.0) {
   return MakeValue(x, y, z, w);

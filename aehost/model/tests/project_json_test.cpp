@@ -187,16 +187,6 @@ TEST(ProjectJsonContent, ItemsLayersAndStreams) {
   EXPECT_EQ(project.nextLayerId, 16);
 }
 
-// Loads `text` and gives the refusal's message, or "" if it loaded.
-std::string Refusal(const std::string& text) {
-  try {
-    ReadProject(text, "test.json");
-  } catch (const ProjectFormatError& error) {
-    return error.what();
-  }
-  return "";
-}
-
 std::string WithLayers(const std::string& layers) {
   return R"({"format": "aehost-project", "version": 1,
     "footage": [{"id": 1, "width": 10, "height": 10, "solid": {"color": [1, 1, 1]}},

@@ -15,15 +15,6 @@
 namespace aehost {
 namespace {
 
-std::string Refusal(const std::string& text) {
-  try {
-    ReadProject(text, "test.json");
-  } catch (const ProjectFormatError& error) {
-    return error.what();
-  }
-  return "";
-}
-
 Json::Value Description() {
   Json::Value top;
   top["format"] = "aehost-project";
