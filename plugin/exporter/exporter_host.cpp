@@ -42,6 +42,14 @@ const AEGP_TextDocumentSuite1* TextDocumentSuite1() {
   return FrameSuite<AEGP_TextDocumentSuite1>(kAEGPTextDocumentSuite, kAEGPTextDocumentSuiteVersion1);
 }
 
+const AEGP_LayerMaskSuite7* LayerMaskSuite7() {
+  return FrameSuite<AEGP_LayerMaskSuite7>(kAEGPLayerMaskSuite, kAEGPLayerMaskSuiteVersion7);
+}
+const AEGP_MaskOutlineSuite3* MaskOutlineSuite3() {
+  return FrameSuite<AEGP_MaskOutlineSuite3>(kAEGPMaskOutlineSuite, kAEGPMaskOutlineSuiteVersion3);
+}
+const PF_PathDataSuite1* PathDataSuite1() { return FrameSuite<PF_PathDataSuite1>(kPFPathDataSuite, kPFPathDataSuiteVersion1); }
+
 AEGP_PluginID PluginId() { return CurrentCTI()->pluginId; }
 
 void AddError(int32_t code, const char* text) { CurrentCTI()->AddError(code, text); }

@@ -16,6 +16,9 @@ const AEGP_CompSuite21* CompSuite21();
 const AEGP_ItemSuite13* ItemSuite13();
 const AEGP_FootageSuite11* FootageSuite11();
 const AEGP_TextDocumentSuite1* TextDocumentSuite1();
+const AEGP_LayerMaskSuite7* LayerMaskSuite7();
+const AEGP_MaskOutlineSuite3* MaskOutlineSuite3();
+const PF_PathDataSuite1* PathDataSuite1();
 
 AEGP_PluginID PluginId();
 
