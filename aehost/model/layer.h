@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "aehost/model/shape_contents.h"
 #include "aehost/model/stream.h"
 #include "aehost/model/text_document.h"
 
@@ -74,6 +75,7 @@ struct Layer {
   CameraSettings camera;  // read for camera layers only
   LightSettings light;    // read for light layers only
   SourceText text;        // read for text layers only
+  std::vector<ShapeElement> shapes;  // the contents of shape layers, top of the list first
   // Streams given by the project description or set through the suites;
   // a stream that is legal but absent has its default (see DefaultStream).
   std::map<LayerStream, Stream> streams;
