@@ -132,11 +132,33 @@ void Append(const Json::Value& value, int indent, std::string& out) {
   }
 }
 
+// Where the first number that is not finite stands, as the project reader names places
+// ("comps[0].layers[2].transform.position[1]"); empty when every number is finite.
+std::string PlaceOfNonFinite(const Json::Value& value, const std::string& place) {
+  if (value.isDouble() && !std::isfinite(value.asDouble())) return place.empty() ? "top level" : place;
+  if (value.isArray()) {
+    for (Json::ArrayIndex i = 0; i < value.size(); ++i) {
+      const std::string found = PlaceOfNonFinite(value[i], place + "[" + std::to_string(i) + "]");
+      if (!found.empty()) return found;
+    }
+  } else if (value.isObject()) {
+    for (const auto& name : value.getMemberNames()) {
+      const std::string found = PlaceOfNonFinite(value[name], place.empty() ? name : place + "." + name);
+      if (!found.empty()) return found;
+    }
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string FormatJson(const Json::Value& value) {
   std::string out;
-  Append(value, 0, out);
+  try {
+    Append(value, 0, out);
+  } catch (const std::domain_error& error) {
+    throw std::domain_error(PlaceOfNonFinite(value, "") + ": " + error.what());
+  }
   out += '\n';
   return out;
 }

@@ -9,7 +9,7 @@ namespace aehost {
 
 // Two-space indentation, object keys sorted, arrays of plain numbers on one
 // line, and numbers in the shortest form that reads back to the same double.
-// Throws std::domain_error for a number that is not finite.
+// Throws std::domain_error for a number that is not finite, naming its place.
 std::string FormatJson(const Json::Value& value);
 
 }  // namespace aehost

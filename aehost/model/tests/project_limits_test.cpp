@@ -2,6 +2,8 @@
 // precompositions read in a time linear in their length, loops deep inside them are found,
 // numbers that the host's 32-bit times and ratios cannot carry are refused with their path,
 // and whatever ids the host gives out, the saved project reads back.
+#include <cmath>
+
 #include <json/json.h>
 
 #include <gtest/gtest.h>
@@ -186,6 +188,19 @@ TEST(ProjectIds, ItemsAndLayersMadeAfterTheHighestIdReadBack) {
   EXPECT_NE(comp.id, 1);  // the solid has it
   const Project back = ReadProject(WriteProject(project), "saved.json");
   EXPECT_EQ(WriteProject(back), WriteProject(project));
+}
+
+// A value that is not finite (a script can set one) has no JSON form; the refusal says where.
+TEST(ProjectSaving, ANumberThatIsNotFiniteIsRefusedWithItsPlace) {
+  SmallProject p;
+  p.Set(p.Solid(), LayerStream::Position, 1.0, std::nan(""), 3.0);
+  try {
+    WriteProject(p.project);
+    ADD_FAILURE() << "written";
+  } catch (const ProjectFormatError& error) {
+    EXPECT_STREQ(error.what(), "the project cannot be written: comps[0].layers[0].transform.position[1]: JSON has "
+                               "no form for nan");
+  }
 }
 
 // The remembered matrices are the matrices: down a moving chain, at several times, in an order
