@@ -38,13 +38,17 @@ const StreamName kStreamNames[] = {
     {LayerStream::ShadowDiffusion, "Shadow Diffusion"}, {LayerStream::CastsShadows, "Casts Shadows"},
     {LayerStream::FalloffKind, "Falloff"},          {LayerStream::FalloffStart, "Radius"},
     {LayerStream::FalloffDistance, "Falloff Distance"},
+    {LayerStream::XPosition, "X Position"},         {LayerStream::YPosition, "Y Position"},
+    {LayerStream::ZPosition, "Z Position"},
 };
 
 
 bool Legal(const Layer& layer, AEGP_LayerStream which) {
     if (which == kMarkerStreamId) return true;
     if (which == AEGP_LayerStream_SOURCE_TEXT) return layer.objectType == LayerObjectType::Text;
-    return ModelStreamName(which) && IsStreamLegal(layer, static_cast<LayerStream>(which));
+    // The followers of a separated position have no layer stream number of the host's.
+    return ModelStreamName(which) && !IsPositionFollower(static_cast<LayerStream>(which)) &&
+           IsStreamLegal(layer, static_cast<LayerStream>(which));
 }
 
 A_Err IsStreamLegalCall(AEGP_LayerH layerH, AEGP_LayerStream which_stream, A_Boolean* is_legalP) {

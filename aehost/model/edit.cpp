@@ -136,4 +136,21 @@ int AddKeyframe(Stream& stream, double time, const Value& value) {
   return static_cast<int>(inserted - keys.begin());
 }
 
+void SeparatePosition(Project& project, Item& comp, Layer& layer) {
+  const Stream position = EnsureStream(project, comp, layer, LayerStream::Position);
+  layer.positionSeparated = true;
+  for (int dimension = 0; dimension < 3; ++dimension) {
+    Stream& follower = EnsureStream(project, comp, layer, PositionFollower(dimension));
+    follower.value = MakeValue(position.value[dimension]);
+    follower.keys.clear();
+    for (const Keyframe& key : position.keys) {
+      Keyframe component = key;
+      component.value = MakeValue(key.value[dimension]);
+      component.inTangent = Value{};
+      component.outTangent = Value{};
+      follower.keys.push_back(component);
+    }
+  }
+}
+
 }  // namespace aehost

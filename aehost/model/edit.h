@@ -37,6 +37,10 @@ Stream& EnsureStream(Project& project, Item& comp, Layer& layer, LayerStream id)
 void SetStreamValue(Project& project, Item& comp, Layer& layer, LayerStream id,
                     const Value& value);
 
+// Separates the dimensions of the layer's Position as the host's "Separate Dimensions" does:
+// each follower takes its component of the value and of every key.
+void SeparatePosition(Project& project, Item& comp, Layer& layer);
+
 // Adds a key at `time` in stream time, or gives the key already there a new
 // value; returns the key's index. A new key between others is linear.
 int AddKeyframe(Stream& stream, double time, const Value& value);

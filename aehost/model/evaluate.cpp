@@ -89,6 +89,12 @@ Value DefaultValue(const Project& project, const Item& comp, const Layer& layer,
       if (cameraOrLight) v[2] = -DefaultCameraZoom(comp);
       return v;
     }
+    case LayerStream::XPosition:
+    case LayerStream::YPosition:
+    case LayerStream::ZPosition: {
+      const int dimension = static_cast<int>(id) - static_cast<int>(LayerStream::XPosition);
+      return MakeValue(DefaultValue(project, comp, layer, LayerStream::Position)[dimension]);
+    }
     case LayerStream::Scale:
       return MakeValue(100.0, 100.0, 100.0);
     case LayerStream::Opacity:
@@ -125,6 +131,7 @@ void SetExpressionEvaluator(ExpressionEvaluator evaluator) {
 bool HasExpressionEvaluator() { return static_cast<bool>(g_expressionEvaluator); }
 
 bool IsStreamLegal(const Layer& layer, LayerStream id) {
+  if (IsPositionFollower(id)) return layer.positionSeparated && IsStreamLegal(layer, LayerStream::Position);
   switch (layer.objectType) {
     case LayerObjectType::Camera:
       if (id == LayerStream::AnchorPoint) {

@@ -71,6 +71,8 @@ struct Layer {
   double duration = 0.0;
   double stretch = 1.0;
   int parentId = 0;       // layer id of the parent in the same composition, 0 for none
+  // Position's dimensions are separated: its three followers hold the place instead.
+  bool positionSeparated = false;
   std::vector<Marker> markers;
   CameraSettings camera;  // read for camera layers only
   LightSettings light;    // read for light layers only

@@ -43,6 +43,14 @@ int TemporalDimensions(StreamKind kind) {
   }
 }
 
+LayerStream PositionFollower(int dimension) {
+  return static_cast<LayerStream>(static_cast<int>(LayerStream::XPosition) + dimension);
+}
+
+bool IsPositionFollower(LayerStream id) {
+  return id == LayerStream::XPosition || id == LayerStream::YPosition || id == LayerStream::ZPosition;
+}
+
 bool HasExpression(const Stream& stream) {
   return stream.expressionEnabled && !stream.expression.empty();
 }

@@ -37,7 +37,16 @@ enum class LayerStream : int {
   FalloffKind = 40,
   FalloffStart = 41,
   FalloffDistance = 42,
+  // The followers of a position whose dimensions are separated: one-dimensional streams that
+  // the host hands out only through the dynamic stream suite, never by a layer stream number.
+  XPosition = 1000,
+  YPosition = 1001,
+  ZPosition = 1002,
 };
+
+// The follower of Position for dimension 0, 1 or 2, and whether a stream is one.
+LayerStream PositionFollower(int dimension);
+bool IsPositionFollower(LayerStream id);
 
 // What a stream holds. Spatial streams move along a path in space;
 // orientation turns along the shortest arc; colour mixes linearly. The host

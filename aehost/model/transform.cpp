@@ -145,7 +145,10 @@ Matrix4 LayerToParent(const Project& project, const Item& comp, const Layer& lay
   };
   const bool cameraOrLight = IsCameraOrLight(layer);
   const bool threeD = cameraOrLight || layer.switches.threeD;
-  Value position = value(LayerStream::Position);
+  Value position = layer.positionSeparated ? MakeValue(value(LayerStream::XPosition)[0],
+                                                       value(LayerStream::YPosition)[0],
+                                                       value(LayerStream::ZPosition)[0])
+                                            : value(LayerStream::Position);
   Value orientation;
   double rx = 0.0, ry = 0.0;
   if (threeD) {

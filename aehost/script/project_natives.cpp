@@ -360,6 +360,7 @@ duk_ret_t StreamInfo(duk_context* ctx) {
     PushTextProp(ctx, "expression", own ? own->expression : "");
     PushBoolProp(ctx, "expressionEnabled", own && own->expressionEnabled);
     PushNumberProp(ctx, "dimensions", ScriptDimensions(layer, id));
+    PushBoolProp(ctx, "separated", id == LayerStream::Position && layer.positionSeparated);
     PushTextProp(ctx, "kind", [&] {
         switch (StreamKindOf(id)) {
             case StreamKind::OneD: return "OneD";

@@ -52,6 +52,7 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         group._children = description.children;
         group._made = [];
         for (var i = 0; i < description.children.length; i++) {
+            if (!description.children[i].attribute) continue;
             (function (i) {
                 Object.defineProperty(group, description.children[i].attribute, {
                     get: function () { return group.property(i + 1); }, configurable: true });
@@ -69,6 +70,9 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         return null;
     };
     PropertyGroup.prototype._make = function (description, index) {
+        if (description.shape !== undefined || description.constant !== undefined) {
+            return makeShapeProperty(description, this, index);
+        }
         if (description.stream === undefined) {
             return makeGroup(PropertyGroup.prototype, description, this, index, this._layer);
         }
@@ -111,8 +115,23 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         var i = this._ids();
         host.setTemporalEase(i[0], i[1], i[2], Number(key), pairs(easeIn), pairs(easeOut || easeIn));
     };
-    Property.prototype.getSeparationFollower = function () {
-        throw new Error("the property \"" + this.name + "\" is not separated");
+    // Only Position separates: its followers are the one-dimensional X, Y and Z Position.
+    var followerNames = ["X Position", "Y Position", "Z Position"];
+    var firstFollowerStream = 1000;
+    Property.prototype.getSeparationFollower = function (dimension) {
+        if (!this._info().separated) throw new Error("the property \"" + this.name + "\" is not separated");
+        var d = Number(dimension);
+        if (!(d >= 0 && d <= 2 && Math.floor(d) === d)) throw new Error("no follower of dimension " + dimension);
+        var follower = new Property();
+        setName(follower, followerNames[d]);
+        follower.matchName = this.matchName + "_" + d;
+        follower.propertyIndex = this.propertyIndex;
+        follower.parentProperty = this.parentProperty;
+        follower.propertyDepth = this.propertyDepth;
+        follower._layer = this._layer;
+        follower._stream = firstFollowerStream + d;
+        follower._leader = this;
+        return follower;
     };
     Property.prototype.valueOf = function () { return this.value; };
     getters(Property.prototype, {
@@ -122,9 +141,9 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         expression: function () { return this._info().expression; },
         expressionEnabled: function () { return this._info().expressionEnabled; },
         propertyValueType: function () { return PropertyValueType[this._info().kind]; },
-        dimensionsSeparated: function () { return false; },
-        isSeparationFollower: function () { return false; },
-        isSeparationLeader: function () { return false; }
+        dimensionsSeparated: function () { return !!this._info().separated; },
+        isSeparationFollower: function () { return this._leader !== undefined; },
+        isSeparationLeader: function () { return !!this._info().separated; }
     });
     // value[0] reads like an array, as in expressions.
     for (var d = 0; d < 4; d++) {
@@ -150,6 +169,50 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         isTimeVarying: function () { return this._times().length > 0; },
         propertyValueType: function () { return PropertyValueType.MARKER; },
         value: function () { return undefined; }
+    });
+
+    // --- shapes -------------------------------------------------------------
+    // A path's value, with tangents relative to their vertices.
+    function Shape() { this.vertices = []; this.inTangents = []; this.outTangents = []; this.closed = true; }
+
+    // A value of the shape tree, read through the natives by its address; a
+    // constant one (direction, composite, blend mode) holds its number.
+    var ShapeProperty = subclass(Property, function ShapeProperty() {});
+    function makeShapeProperty(description, parent, index) {
+        var property = new ShapeProperty();
+        setName(property, description.name);
+        property.matchName = description.matchName;
+        property.propertyIndex = index;
+        property.parentProperty = parent;
+        property.propertyDepth = parent.propertyDepth + 1;
+        property._layer = parent._layer;
+        property._address = description.shape;
+        property._constant = description.constant;
+        return property;
+    }
+    ShapeProperty.prototype._info = function () {
+        if (this._address === undefined) return { numKeys: 0, timeVarying: false, kind: "OneD" };
+        return host.shapeStream(this._layer._compId, this._layer._id, this._address);
+    };
+    ShapeProperty.prototype.valueAtTime = function (time) {
+        if (this._address === undefined) return this._constant;
+        var value = host.shapeValueAt(this._layer._compId, this._layer._id, this._address, Number(time));
+        if (this._info().kind !== "SHAPE") return value;
+        var shape = new Shape();
+        for (var key in value) shape[key] = value[key];
+        return shape;
+    };
+    ShapeProperty.prototype.keyTime = function (key) {
+        if (this._address === undefined) return keyTimeOf([], key);
+        return host.shapeKeyTime(this._layer._compId, this._layer._id, this._address, Number(key));
+    };
+    ShapeProperty.prototype.keyValue = function (key) { return this.valueAtTime(this.keyTime(key)); };
+    ShapeProperty.prototype.setTemporalEaseAtKey = function () {
+        throw new Error("the property \"" + this.name + "\" takes no ease here");
+    };
+    getters(ShapeProperty.prototype, {
+        expression: function () { return ""; },
+        expressionEnabled: function () { return false; }
     });
 
     // --- text ---------------------------------------------------------------
@@ -367,7 +430,7 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
     var classes = { PropertyBase: PropertyBase, PropertyGroup: PropertyGroup, Property: Property,
                     MaskPropertyGroup: subclass(PropertyGroup, function MaskPropertyGroup() {}),
                     Layer: Layer, AVLayer: AVLayer, CameraLayer: CameraLayer, LightLayer: LightLayer,
-                    TextLayer: TextLayer, ShapeLayer: ShapeLayer, Item: Item, AVItem: AVItem,
+                    TextLayer: TextLayer, ShapeLayer: ShapeLayer, Shape: Shape, Item: Item, AVItem: AVItem,
                     CompItem: CompItem, FootageItem: FootageItem, FolderItem: FolderItem,
                     KeyframeEase: KeyframeEase, PropertyType: PropertyType, TextDocument: TextDocument,
                     ParagraphJustification: ParagraphJustification,
