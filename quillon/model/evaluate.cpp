@@ -258,14 +258,16 @@ std::string BuildCaches(Object& object) {
 }
 
 std::string EvaluateDocumentCaches(Document& document) {
-  std::string problem = NonFiniteValue(document);
-  if (!problem.empty()) return problem;
-  Animate(*document.objects, document.currentTime);
   Evaluation evaluation;
-  for (Node* node = document.objects->firstChild; node; node = node->next) {
-    if (Object* object = AsObject(node)) BuildCachesAt(*object, evaluation, 0);
+  evaluation.problem = NonFiniteValue(document);
+  if (evaluation.problem.empty()) {
+    Animate(*document.objects, document.currentTime);
+    for (Node* node = document.objects->firstChild; node; node = node->next) {
+      if (Object* object = AsObject(node)) BuildCachesAt(*object, evaluation, 0);
+    }
   }
   if (evaluation.problem.empty()) return "";
+  // No cache stays, from this evaluation or an earlier one.
   for (Node* node = document.objects->firstChild; node; node = node->next) {
     if (Object* object = AsObject(node)) DropCaches(*object);
   }

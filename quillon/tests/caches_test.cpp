@@ -266,11 +266,17 @@ void PrintTo(const NonFiniteCase& c, std::ostream* out) { *out << c.name; }
 
 class NonFiniteValues : public CacheLimitsTest, public ::testing::WithParamInterface<NonFiniteCase> {};
 
+// The caches of an evaluation before the number was spoiled go as well.
 TEST_P(NonFiniteValues, ANumberThatIsNotFiniteIsNamedWithItsObjectAndParameter) {
   Object* group = Add(ObjectType_Null, u"Group");
   Object* cube = Add(ObjectType_Null, u"Cube", group);
+  Object* copies = Add(ObjectType_ChainGeneratorA, u"Chain", group);
+  Add(ObjectType_Null, u"Link", copies);
+  ASSERT_EQ(EvaluateDocumentCaches(*document), "");
+  ASSERT_NE(copies->generatorCache, nullptr);
   GetParam().spoil(*cube);
   EXPECT_EQ(EvaluateDocumentCaches(*document), GetParam().message);
+  EXPECT_EQ(copies->generatorCache, nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(
