@@ -1,0 +1,3 @@
+#include "plugin/platform/program_folders.h"
+
+std::string ProgramFolderRoot() { return "/opt"; }
