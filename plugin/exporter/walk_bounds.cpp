@@ -25,8 +25,8 @@ std::string TopCompName(const AEToOry& exporter) {
   return source;
 }
 
-}  // namespace
-
+// How many parents stand above `layer`, at most kMaxNesting + 1; remembered in the exporter,
+// so that the layers of one long chain are measured in a time linear in its length.
 uint32_t ParentDepth(AEToOry& exporter, AEGP_LayerH layer) {
   const auto known = exporter.parentDepths.find(layer);
   if (known != exporter.parentDepths.end()) return known->second;
@@ -52,6 +52,8 @@ uint32_t ParentDepth(AEToOry& exporter, AEGP_LayerH layer) {
   }
   return exporter.parentDepths[layer];
 }
+
+}  // namespace
 
 void CheckWalkBounds(AEToOry& exporter, AEGP_LayerH layer) {
   if (++exporter.layerUses > kMaxLayerUses) {

@@ -19,7 +19,3 @@ constexpr uint32_t kMaxNesting = 256;
 // In the scan, for each layer of the composition on top of the stack: throws A_Err_STRUCT
 // after AddError with the bound that the layer passes.
 void CheckWalkBounds(AEToOry& exporter, AEGP_LayerH layer);
-
-// How many parents stand above `layer`, at most kMaxNesting + 1; remembered in the exporter,
-// so that the layers of one long chain are measured in a time linear in its length.
-uint32_t ParentDepth(AEToOry& exporter, AEGP_LayerH layer);
