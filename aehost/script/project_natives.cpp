@@ -308,6 +308,120 @@ void PushTextGroup(duk_context* ctx) {
     duk_pop_2(ctx);
 }
 
+// --- shape contents ----------------------------------------------------------
+// The tree under "ADBE Root Vectors Group" as the host shows it. A value that
+// scripts read through the natives below is addressed by the indices of its
+// element from the layer's contents down, then the index of its stream in the
+// element's table (kShapePath: the path of a free path). Values that are fixed
+// for an element (direction, blend mode, composite, star type) are given as
+// constants in the tree.
+
+constexpr int kShapePath = -1;
+
+void BeginNode(duk_context* ctx, const char* matchName, const std::string& name, const char* attribute) {
+    duk_push_object(ctx);
+    PushTextProp(ctx, "matchName", matchName);
+    PushTextProp(ctx, "name", name);
+    PushTextProp(ctx, "attribute", attribute);
+}
+
+// Puts the children array on the top into the node below it, and appends that
+// node to the array below the node.
+void EndNode(duk_context* ctx) {
+    duk_put_prop_string(ctx, -2, "children");
+    duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(duk_get_length(ctx, -2)));
+}
+
+void AppendNode(duk_context* ctx) {
+    duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(duk_get_length(ctx, -2)));
+}
+
+void PushShapeConstant(duk_context* ctx, const char* matchName, const char* name, const char* attribute,
+                       double value) {
+    BeginNode(ctx, matchName, name, attribute);
+    PushNumberProp(ctx, "constant", value);
+    AppendNode(ctx);
+}
+
+void PushShapeLeaf(duk_context* ctx, const char* matchName, const char* name, const char* attribute,
+                   const std::vector<int>& element, int value) {
+    BeginNode(ctx, matchName, name, attribute);
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i <= element.size(); ++i) {
+        duk_push_int(ctx, i < element.size() ? element[i] : value);
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    duk_put_prop_string(ctx, -2, "shape");
+    AppendNode(ctx);
+}
+
+void PushShapeParams(duk_context* ctx, const ShapeElement& element, const std::vector<int>& address) {
+    const auto params = ShapeParamsOf(element.kind);
+    for (std::size_t i = 0; i < params.size(); ++i) {
+        if (params[i].matchName == nullptr) continue;
+        PushShapeLeaf(ctx, params[i].matchName, params[i].name, params[i].key, address, static_cast<int>(i));
+    }
+}
+
+void PushShapeElements(duk_context* ctx, const std::vector<ShapeElement>& contents, std::vector<int>& address);
+
+void PushShapeElement(duk_context* ctx, const ShapeElement& element, std::vector<int>& address) {
+    BeginNode(ctx, ShapeMatchName(element.kind), element.name, "");
+    duk_push_array(ctx);
+    switch (element.kind) {
+        case ShapeKind::Group:
+            PushShapeConstant(ctx, "ADBE Vector Blend Mode", "Blend Mode", "blendMode", 1);
+            BeginNode(ctx, "ADBE Vectors Group", "Contents", "content");
+            duk_push_array(ctx);
+            PushShapeElements(ctx, element.contents, address);
+            EndNode(ctx);
+            BeginNode(ctx, "ADBE Vector Transform Group", "Transform", "transform");
+            duk_push_array(ctx);
+            PushShapeParams(ctx, element, address);
+            EndNode(ctx);
+            break;
+        case ShapeKind::Path:
+            PushShapeConstant(ctx, "ADBE Vector Shape Direction", "Path Direction", "direction", 1);
+            PushShapeLeaf(ctx, "ADBE Vector Shape", "Path", "path", address, kShapePath);
+            break;
+        case ShapeKind::Star:
+        case ShapeKind::Polygon:
+            PushShapeConstant(ctx, "ADBE Vector Shape Direction", "Path Direction", "direction", 1);
+            PushShapeConstant(ctx, "ADBE Vector Star Type", "Type", "type", element.kind == ShapeKind::Star ? 1 : 2);
+            PushShapeParams(ctx, element, address);
+            break;
+        case ShapeKind::Rectangle:
+        case ShapeKind::Ellipse:
+            PushShapeConstant(ctx, "ADBE Vector Shape Direction", "Path Direction", "direction", 1);
+            PushShapeParams(ctx, element, address);
+            break;
+        case ShapeKind::Fill:
+        case ShapeKind::Stroke:
+        case ShapeKind::GradientFill:
+            // Composite reads 1 when the paint lies over what precedes it, 0 under.
+            PushShapeConstant(ctx, "ADBE Vector Composite Order", "Composite", "composite", element.compositeOver ? 1 : 0);
+            PushShapeParams(ctx, element, address);
+            break;
+    }
+    EndNode(ctx);
+}
+
+void PushShapeElements(duk_context* ctx, const std::vector<ShapeElement>& contents, std::vector<int>& address) {
+    for (std::size_t i = 0; i < contents.size(); ++i) {
+        address.push_back(static_cast<int>(i));
+        PushShapeElement(ctx, contents[i], address);
+        address.pop_back();
+    }
+}
+
+void PushShapeContents(duk_context* ctx, const Layer& layer) {
+    BeginNode(ctx, "ADBE Root Vectors Group", "Contents", "content");
+    duk_push_array(ctx);
+    std::vector<int> address;
+    PushShapeElements(ctx, layer.shapes, address);
+    EndNode(ctx);
+}
+
 // layerTree(comp id, layer id) -> the layer's top-level groups in the host's
 // order, each {matchName, name, attribute, children: [{..., stream}]}.
 duk_ret_t LayerTree(duk_context* ctx) {
@@ -317,7 +431,7 @@ duk_ret_t LayerTree(duk_context* ctx) {
     PushEmptyGroup(ctx, "ADBE Marker", "Marker", "marker");
     const bool lookAt = layer.objectType == LayerObjectType::Camera || layer.objectType == LayerObjectType::Light;
     if (layer.objectType == LayerObjectType::Text) PushTextGroup(ctx);
-    if (layer.objectType == LayerObjectType::Shape) PushEmptyGroup(ctx, "ADBE Root Vectors Group", "Contents", "content");
+    if (layer.objectType == LayerObjectType::Shape) PushShapeContents(ctx, layer);
     if (!lookAt) {
         PushEmptyGroup(ctx, "ADBE Mask Parade", "Masks", "mask");
         PushEmptyGroup(ctx, "ADBE Effect Parade", "Effects", "effect");
@@ -517,6 +631,116 @@ duk_ret_t SourceTextKeys(duk_context* ctx) {
     return 1;
 }
 
+// --- shape values --------------------------------------------------------------
+
+struct ShapeValueRef {
+    const ShapeElement* element = nullptr;
+    int value = kShapePath;  // the index in the element's stream table, or kShapePath
+};
+
+// The value at the address of a shape leaf (see PushShapeLeaf).
+ShapeValueRef ShapeValueArg(duk_context* ctx, const Layer& layer, duk_idx_t index) {
+    const auto fail = [&]() -> ShapeValueRef {
+        throw std::runtime_error("the shape property is no longer on layer \"" + layer.name + "\"");
+    };
+    if (!duk_is_array(ctx, index) || duk_get_length(ctx, index) < 2) return fail();
+    const auto length = static_cast<duk_uarridx_t>(duk_get_length(ctx, index));
+    const std::vector<ShapeElement>* contents = &layer.shapes;
+    ShapeValueRef ref;
+    for (duk_uarridx_t i = 0; i < length; ++i) {
+        duk_get_prop_index(ctx, index, i);
+        const int n = duk_get_int(ctx, -1);
+        duk_pop(ctx);
+        if (i + 1 == length) {
+            ref.value = n;
+        } else {
+            if (n < 0 || static_cast<std::size_t>(n) >= contents->size()) return fail();
+            ref.element = &(*contents)[static_cast<std::size_t>(n)];
+            contents = &ref.element->contents;
+        }
+    }
+    const bool isPath = ref.value == kShapePath && ref.element->kind == ShapeKind::Path;
+    const bool isParam = ref.value >= 0 && static_cast<std::size_t>(ref.value) < ref.element->params.size();
+    if (!isPath && !isParam) return fail();
+    return ref;
+}
+
+const Stream& ShapeStreamOf(const ShapeValueRef& ref) {
+    return ref.element->params[static_cast<std::size_t>(ref.value)];
+}
+
+// Key times in layer seconds, of a stream or of a path.
+std::vector<double> ShapeKeyTimes(const ShapeValueRef& ref) {
+    std::vector<double> times;
+    if (ref.value == kShapePath) {
+        for (const PathKey& key : ref.element->path.keys) times.push_back(key.time);
+    } else {
+        for (const Keyframe& key : ShapeStreamOf(ref).keys) times.push_back(key.time);
+    }
+    return times;
+}
+
+// shapeStream(comp id, layer id, address) -> {numKeys, timeVarying, kind}
+duk_ret_t ShapeStreamInfo(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const ShapeValueRef ref = ShapeValueArg(ctx, layer, 2);
+    const bool path = ref.value == kShapePath;
+    duk_push_object(ctx);
+    PushNumberProp(ctx, "numKeys", static_cast<double>(ShapeKeyTimes(ref).size()));
+    PushBoolProp(ctx, "timeVarying", path ? IsPathTimeVarying(ref.element->path) : IsTimeVarying(ShapeStreamOf(ref)));
+    PushTextProp(ctx, "kind", [&] {
+        if (path) return "SHAPE";
+        switch (ShapeStreamOf(ref).kind) {
+            case StreamKind::Color: return "COLOR";
+            case StreamKind::OneD: return "OneD";
+            default: return "TwoD";
+        }
+    }());
+    return 1;
+}
+
+void PushPointList(duk_context* ctx, const PathShape& shape, double PathVertex::*x, double PathVertex::*y,
+                   const char* key) {
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i < shape.vertices.size(); ++i) {
+        PushValue(ctx, MakeValue(shape.vertices[i].*x, shape.vertices[i].*y), 2);
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    duk_put_prop_string(ctx, -2, key);
+}
+
+// shapeValueAt(comp id, layer id, address, composition seconds) -> a number, an
+// array, or the members of a Shape
+duk_ret_t ShapeValueAt(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const ShapeValueRef ref = ShapeValueArg(ctx, layer, 2);
+    const double time = CompTimeToLayerTime(layer, duk_get_number(ctx, 3));
+    if (ref.value != kShapePath) {
+        PushValue(ctx, ShapeParamAt(*ref.element, ref.value, time), Dimensions(ShapeStreamOf(ref).kind));
+        return 1;
+    }
+    const PathShape shape = PathAt(ref.element->path, time);
+    duk_push_object(ctx);
+    PushPointList(ctx, shape, &PathVertex::x, &PathVertex::y, "vertices");
+    PushPointList(ctx, shape, &PathVertex::inX, &PathVertex::inY, "inTangents");
+    PushPointList(ctx, shape, &PathVertex::outX, &PathVertex::outY, "outTangents");
+    PushBoolProp(ctx, "closed", shape.closed);
+    return 1;
+}
+
+// shapeKeyTime(comp id, layer id, address, key from 1) -> composition seconds
+duk_ret_t ShapeKeyTime(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const std::vector<double> times = ShapeKeyTimes(ShapeValueArg(ctx, layer, 2));
+    const int k = duk_get_int(ctx, 3);
+    if (k < 1 || k > static_cast<int>(times.size())) throw std::runtime_error("key " + std::to_string(k) + " is out of range");
+    duk_push_number(ctx, LayerTimeToCompTime(layer, times[static_cast<std::size_t>(k - 1)]));
+    return 1;
+}
+
 duk_ret_t CurrentTime(duk_context* ctx) {
     duk_push_number(ctx, ContextOf(ctx).currentTime);
     return 1;
@@ -549,6 +773,8 @@ std::vector<NativeEntry> ProjectNatives() {
         {"keyTime", Native<KeyTime>, 4},          {"keyValue", Native<KeyValue>, 4},
         {"setTemporalEase", Native<SetTemporalEase>, 6}, {"currentTime", Native<CurrentTime>, 0},
         {"textDocument", Native<TextDocumentAtTime>, 3}, {"sourceTextKeys", Native<SourceTextKeys>, 2},
+        {"shapeStream", Native<ShapeStreamInfo>, 3},     {"shapeValueAt", Native<ShapeValueAt>, 4},
+        {"shapeKeyTime", Native<ShapeKeyTime>, 4},
     };
 }
 

@@ -52,6 +52,7 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         group._children = description.children;
         group._made = [];
         for (var i = 0; i < description.children.length; i++) {
+            if (!description.children[i].attribute) continue;
             (function (i) {
                 Object.defineProperty(group, description.children[i].attribute, {
                     get: function () { return group.property(i + 1); }, configurable: true });
@@ -68,17 +69,28 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         }
         return null;
     };
+    // Gives a new property its place under `parent`.
+    function placeProperty(property, description, parent, index) {
+        setName(property, description.name);
+        property.matchName = description.matchName;
+        property.propertyIndex = index;
+        property.parentProperty = parent;
+        property.propertyDepth = parent.propertyDepth + 1;
+        property._layer = parent._layer;
+        return property;
+    }
     PropertyGroup.prototype._make = function (description, index) {
+        if (description.shape !== undefined || description.constant !== undefined) {
+            var shapeProperty = placeProperty(new ShapeProperty(), description, this, index);
+            shapeProperty._address = description.shape;
+            shapeProperty._constant = description.constant;
+            return shapeProperty;
+        }
         if (description.stream === undefined) {
             return makeGroup(PropertyGroup.prototype, description, this, index, this._layer);
         }
         var property = description.matchName === "ADBE Text Document" ? new TextDocumentProperty() : new Property();
-        setName(property, description.name);
-        property.matchName = description.matchName;
-        property.propertyIndex = index;
-        property.parentProperty = this;
-        property.propertyDepth = this.propertyDepth + 1;
-        property._layer = this._layer;
+        placeProperty(property, description, this, index);
         property._stream = description.stream;
         return property;
     };
@@ -165,6 +177,38 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         isTimeVarying: function () { return this._times().length > 0; },
         propertyValueType: function () { return PropertyValueType.MARKER; },
         value: function () { return undefined; }
+    });
+
+    // --- shapes -------------------------------------------------------------
+    // A path's value, with tangents relative to their vertices.
+    function Shape() { this.vertices = []; this.inTangents = []; this.outTangents = []; this.closed = true; }
+
+    // A value of the shape tree, read through the natives by its address; a
+    // constant one (direction, composite, blend mode) holds its number.
+    var ShapeProperty = subclass(Property, function ShapeProperty() {});
+    ShapeProperty.prototype._info = function () {
+        if (this._address === undefined) return { numKeys: 0, timeVarying: false, kind: "OneD" };
+        return host.shapeStream(this._layer._compId, this._layer._id, this._address);
+    };
+    ShapeProperty.prototype.valueAtTime = function (time) {
+        if (this._address === undefined) return this._constant;
+        var value = host.shapeValueAt(this._layer._compId, this._layer._id, this._address, Number(time));
+        if (this._info().kind !== "SHAPE") return value;
+        var shape = new Shape();
+        for (var key in value) shape[key] = value[key];
+        return shape;
+    };
+    ShapeProperty.prototype.keyTime = function (key) {
+        if (this._address === undefined) return keyTimeOf([], key);
+        return host.shapeKeyTime(this._layer._compId, this._layer._id, this._address, Number(key));
+    };
+    ShapeProperty.prototype.keyValue = function (key) { return this.valueAtTime(this.keyTime(key)); };
+    ShapeProperty.prototype.setTemporalEaseAtKey = function () {
+        throw new Error("the property \"" + this.name + "\" takes no ease here");
+    };
+    getters(ShapeProperty.prototype, {
+        expression: function () { return ""; },
+        expressionEnabled: function () { return false; }
     });
 
     // --- text ---------------------------------------------------------------
@@ -382,7 +426,7 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
     var classes = { PropertyBase: PropertyBase, PropertyGroup: PropertyGroup, Property: Property,
                     MaskPropertyGroup: subclass(PropertyGroup, function MaskPropertyGroup() {}),
                     Layer: Layer, AVLayer: AVLayer, CameraLayer: CameraLayer, LightLayer: LightLayer,
-                    TextLayer: TextLayer, ShapeLayer: ShapeLayer, Item: Item, AVItem: AVItem,
+                    TextLayer: TextLayer, ShapeLayer: ShapeLayer, Shape: Shape, Item: Item, AVItem: AVItem,
                     CompItem: CompItem, FootageItem: FootageItem, FolderItem: FolderItem,
                     KeyframeEase: KeyframeEase, PropertyType: PropertyType, TextDocument: TextDocument,
                     ParagraphJustification: ParagraphJustification,
