@@ -41,6 +41,20 @@ int ParseCount(const std::string& reply) { return IsNothing(reply) ? 0 : ParseWh
 
 double ParseMargin(const std::string& reply) { return IsNothing(reply) ? 0.0 : ParseNumber(reply); }
 
+bool ReplyContains(const std::string& reply, const char* word) { return reply.find(word) != std::string::npos; }
+
+bool ParseIsSet(const std::string& reply) { return !IsNothing(reply) && reply != "false"; }
+
+bool ParseHasValue(const std::string& reply) { return !IsNothing(reply); }
+
+int ParseLargestWhole(const std::string& reply) {
+  const std::vector<std::string> parts = CommaParts(reply);
+  if (parts.empty()) return 0;
+  int largest = INT_MIN;
+  for (const std::string& part : parts) largest = std::max(largest, ParseWhole(part));
+  return largest;
+}
+
 bool ParseColour(const std::string& reply, TextColour* colour) {
   const std::vector<std::string> parts = CommaParts(reply);
   if (parts.size() < 3) return false;

@@ -20,6 +20,16 @@ double ParseNumber(const std::string& reply);
 int ParseCount(const std::string& reply);
 double ParseMargin(const std::string& reply);
 
+// Whether `word` stands anywhere in the reply.
+bool ReplyContains(const std::string& reply, const char* word);
+// A state asked of a property: an empty reply, "undefined" and "false" give false, anything
+// else true.
+bool ParseIsSet(const std::string& reply);
+// Whether a value came back at all: false for an empty reply and "undefined".
+bool ParseHasValue(const std::string& reply);
+// The largest of the whole numbers between commas ("0,4,2" gives 4); none gives 0.
+int ParseLargestWhole(const std::string& reply);
+
 // "r,g,b" or "r,g,b,a", runs of commas counting as one. Fewer than three parts write
 // nothing and give false; a fourth part writes `alpha`, three leave it as it was.
 bool ParseColour(const std::string& reply, TextColour* colour);
