@@ -19,6 +19,7 @@ namespace {
 // Precomposition layers, solids and text stack in steps of half a pixel; shapes, which are
 // extruded, take a larger step.
 constexpr double kLayerStackStep = 0.5;
+constexpr double kShapeLayerStackStep = 100.5;
 
 // What a layer is for the exporter.
 struct LayerClass {
@@ -108,6 +109,10 @@ bool CreateLayer(AEToOry& exporter, AEGP_LayerH layer, const LayerClass& c, uint
   if (c.objectType == AEGP_ObjectType_LIGHT) *err = ExportLight(exporter, layer);
   if (c.objectType == AEGP_ObjectType_CAMERA) *err = ExportCamera(exporter, layer);
   if (c.objectType == AEGP_ObjectType_TEXT) return CreateTextLayer(exporter, layer, depth, err);
+  if (c.objectType == AEGP_ObjectType_VECTOR) {
+    ApplyStackingRule(exporter, layer, depth, kShapeLayerStackStep);
+    return true;
+  }
   if (c.objectType != AEGP_ObjectType_AV) return true;
   ApplyStackingRule(exporter, layer, depth, kLayerStackStep);
   if (!c.source) return true;
