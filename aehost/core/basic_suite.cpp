@@ -47,6 +47,9 @@ const SuiteEntry kSuites[] = {
     {kAEGPKeyframeSuite, {kAEGPKeyframeSuiteVersion4}, KeyframeSuite()},
     {kAEGPMarkerSuite, {kAEGPMarkerSuiteVersion2}, MarkerSuite()},
     {kAEGPTextDocumentSuite, {kAEGPTextDocumentSuiteVersion1}, TextDocumentSuite()},
+    {kAEGPLayerMaskSuite, {kAEGPLayerMaskSuiteVersion7}, LayerMaskSuite()},
+    {kAEGPMaskOutlineSuite, {kAEGPMaskOutlineSuiteVersion3}, MaskOutlineSuite()},
+    {kPFPathDataSuite, {kPFPathDataSuiteVersion1}, PathDataSuite()},
 };
 
 std::string SuiteKey(const char* name, A_long version) { return std::string(name) + " version " + std::to_string(version); }

@@ -13,6 +13,10 @@ std::vector<std::string> ExitProblems() {
         lines.push_back(std::to_string(n) + " stream handle(s) never disposed");
     if (const auto n = g_host.textDocuments.Entries().size())
         lines.push_back(std::to_string(n) + " text document value(s) never disposed");
+    if (const auto n = g_host.masks.Entries().size())
+        lines.push_back(std::to_string(n) + " mask handle(s) never disposed");
+    if (const auto n = g_host.outlines.Entries().size())
+        lines.push_back(std::to_string(n) + " mask outline value(s) never disposed");
     if (const auto n = g_host.keyBatches.Entries().size())
         lines.push_back(std::to_string(n) + " keyframe batch(es) never ended");
     if (const auto n = g_host.progress.Entries().size())

@@ -24,6 +24,8 @@ enum class HandleKind : std::uintptr_t {
     Progress = 10,
     Blob = 11,
     TextDocument = 12,
+    Mask = 13,
+    Outline = 14,  // outline values and the segment lengths prepared on them
 };
 
 constexpr int kHandleKindBits = 4;

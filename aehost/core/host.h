@@ -23,14 +23,33 @@ struct MemBlock {
 };
 
 // What a stream handle stands for: a layer stream, the markers of a layer or
-// of a composition, or the source text of a text layer.
-enum class StreamTarget { Layer, LayerMarkers, CompMarkers, SourceText };
+// of a composition, the source text of a text layer, or the outline of a mask.
+enum class StreamTarget { Layer, LayerMarkers, CompMarkers, SourceText, MaskOutline };
 
 struct StreamRef {
     StreamTarget target = StreamTarget::Layer;
     int compId = 0;
     int layerId = 0;
     int streamId = 0;  // AEGP_LayerStream
+    int maskIndex = 0;  // a mask's outline: the mask's zero-based index on its layer
+};
+
+// A mask handle: the mask by its layer and its zero-based index there.
+struct MaskRef {
+    int layerId = 0;
+    int index = 0;
+};
+
+// An outline value as the mask outline and path data suites read it: a contour at one time.
+struct OutlineValue {
+    PathShape shape;
+};
+
+// A segment length prepared on an outline; it goes when its outline goes.
+struct SegmentPrep {
+    std::uintptr_t outline = 0;
+    int segment = 0;
+    double length = 0.0;
 };
 
 // A key waiting for AEGP_EndAddKeyframes; times in the stream's own time.
@@ -145,6 +164,9 @@ struct Host {
     HandleTable<StreamRef> streams{HandleKind::Stream};
     HandleTable<Marker> markers{HandleKind::Marker};
     HandleTable<TextDocument> textDocuments{HandleKind::TextDocument};  // source text values
+    HandleTable<MaskRef> masks{HandleKind::Mask};
+    HandleTable<OutlineValue> outlines{HandleKind::Outline};  // mask outline values
+    HandleTable<SegmentPrep> segmentPreps{HandleKind::Outline};
     HandleTable<AddKeyframesBatch> keyBatches{HandleKind::AddKeyframes};
     HandleTable<ProgressDialog> progress{HandleKind::Progress};
 

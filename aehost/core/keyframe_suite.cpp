@@ -61,8 +61,9 @@ A_Err GetStreamNumKFs(AEGP_StreamRefH streamH, A_long* num_kfsPL) {
     return GuardCall("AEGP_GetStreamNumKFs", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_GetStreamNumKFs", num_kfsPL);
         ResolvedStream rs;
-        if (A_Err err = ResolveStream("AEGP_GetStreamNumKFs", streamH, &rs)) return err;
-        *num_kfsPL = static_cast<A_long>(KeyCount(rs));
+        if (A_Err err = ResolveAnyStream("AEGP_GetStreamNumKFs", streamH, &rs)) return err;
+        std::vector<double> times;
+        *num_kfsPL = static_cast<A_long>(ModelKeyTimes(rs, &times) ? times.size() : KeyCount(rs));
         return A_Err_NONE;
     });
 }
@@ -72,10 +73,18 @@ A_Err GetKeyframeTime(AEGP_StreamRefH streamH, A_long key_index, AEGP_LTimeMode 
         const char* call = "AEGP_GetKeyframeTime";
         AEHOST_REQUIRE_OUT(call, timePT);
         ResolvedStream rs;
-        if (A_Err err = ResolveStream(call, streamH, &rs)) return err;
-        if (A_Err err = CheckIndex(call, rs, key_index)) return err;
+        if (A_Err err = ResolveAnyStream(call, streamH, &rs)) return err;
         if (time_mode != AEGP_LTimeMode_LayerTime && time_mode != AEGP_LTimeMode_CompTime)
             return Refuse(call, "unknown time mode");
+        // Source text and mask outlines keep their keys in the model's own form.
+        std::vector<double> times;
+        if (ModelKeyTimes(rs, &times)) {
+            if (key_index < 0 || static_cast<std::size_t>(key_index) >= times.size())
+                return Refuse(call, "key index " + std::to_string(key_index) + " out of range");
+            *timePT = StreamTimeToATime(rs, time_mode, times[static_cast<std::size_t>(key_index)]);
+            return A_Err_NONE;
+        }
+        if (A_Err err = CheckIndex(call, rs, key_index)) return err;
         *timePT = StreamTimeToATime(rs, time_mode, KeyTime(rs, key_index));
         return A_Err_NONE;
     });

@@ -11,6 +11,10 @@ A_Err ResolveStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* f
         *found = {};
         return Refuse(call, "the source text holds text documents, not values of this call");
     }
+    if (found->IsMaskOutline()) {
+        *found = {};
+        return Refuse(call, "a mask outline holds outlines, not values of this call");
+    }
     return A_Err_NONE;
 }
 
@@ -29,10 +33,27 @@ A_Err ResolveAnyStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream
         rs.comp = at.comp;
         rs.layer = at.layer;
         if (!rs.layer) return Refuse(call, "the stream's layer no longer exists");
+        if (ref->target == StreamTarget::MaskOutline && static_cast<std::size_t>(ref->maskIndex) >= rs.layer->masks.size())
+            return Refuse(call, "the stream's mask no longer exists");
     }
     if (!rs.comp) return Refuse(call, "the stream's composition no longer exists");
     *found = rs;
     return A_Err_NONE;
+}
+
+const Mask& StreamMask(const ResolvedStream& rs) { return rs.layer->masks[static_cast<std::size_t>(rs.ref->maskIndex)]; }
+
+bool ModelKeyTimes(const ResolvedStream& rs, std::vector<double>* times) {
+    times->clear();
+    if (rs.IsSourceText()) {
+        for (const TextKey& key : rs.layer->text.keys) times->push_back(key.time);
+        return true;
+    }
+    if (rs.IsMaskOutline()) {
+        for (const PathKey& key : StreamMask(rs).shape.keys) times->push_back(key.time);
+        return true;
+    }
+    return false;
 }
 
 std::vector<Marker>& StreamMarkers(const ResolvedStream& rs) {
@@ -65,6 +86,7 @@ A_Err ReadStreamTime(const char* call, AEGP_LTimeMode mode, const A_Time* time, 
 AEGP_StreamType StreamTypeOf(const ResolvedStream& rs) {
     if (rs.IsMarkers()) return AEGP_StreamType_MARKER;
     if (rs.IsSourceText()) return AEGP_StreamType_TEXT_DOCUMENT;
+    if (rs.IsMaskOutline()) return AEGP_StreamType_MASK;
     switch (StreamKindOf(rs.Id())) {
         case StreamKind::OneD: return AEGP_StreamType_OneD;
         case StreamKind::TwoD: return AEGP_StreamType_TwoD;

@@ -19,14 +19,21 @@ struct ResolvedStream {
         return ref->target == StreamTarget::LayerMarkers || ref->target == StreamTarget::CompMarkers;
     }
     bool IsSourceText() const { return ref->target == StreamTarget::SourceText; }
+    bool IsMaskOutline() const { return ref->target == StreamTarget::MaskOutline; }
     LayerStream Id() const { return static_cast<LayerStream>(ref->streamId); }
 };
 
 // A stream of numbers or markers; the source text, whose values are text
-// documents, is refused.
+// documents, and a mask outline, whose values are outlines, are refused.
 A_Err ResolveStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* found);
-// Any stream, the source text included.
+// Any stream, the source text and mask outlines included.
 A_Err ResolveAnyStream(const char* call, AEGP_StreamRefH streamH, ResolvedStream* found);
+
+// The mask a mask outline stream stands for.
+const Mask& StreamMask(const ResolvedStream& rs);
+// The key times, in layer time, of a stream whose keys are not keyframes of numbers (the
+// source text, a mask outline); false for other streams.
+bool ModelKeyTimes(const ResolvedStream& rs, std::vector<double>* times);
 
 // The markers a marker stream stands for.
 std::vector<Marker>& StreamMarkers(const ResolvedStream& rs);

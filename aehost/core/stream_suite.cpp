@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "aehost/core/memory_suite.h"
+#include "aehost/core/outline_values.h"
 #include "aehost/core/stream_ref.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
@@ -91,9 +92,10 @@ A_Err GetNewLayerStream(AEGP_PluginID, AEGP_LayerH layerH, AEGP_LayerStream whic
     });
 }
 
-A_Err GetNewMaskStream(AEGP_PluginID, AEGP_MaskRefH, AEGP_MaskStream, AEGP_StreamRefH* mask_streamPH) {
-    if (mask_streamPH) *mask_streamPH = nullptr;
-    return Refuse("AEGP_GetNewMaskStream", "this host's layers have no masks");
+A_Err GetNewMaskStream(AEGP_PluginID, AEGP_MaskRefH maskH, AEGP_MaskStream which_stream,
+                       AEGP_StreamRefH* mask_streamPH) {
+    return GuardCall("AEGP_GetNewMaskStream",
+                     [&]() -> A_Err { return NewMaskStream("AEGP_GetNewMaskStream", maskH, which_stream, mask_streamPH); });
 }
 
 A_Err DisposeStream(AEGP_StreamRefH streamH) {
@@ -109,7 +111,10 @@ A_Err GetStreamName(AEGP_StreamRefH streamH, A_Boolean, A_char* nameZ) {
         AEHOST_REQUIRE_OUT("AEGP_GetStreamName", nameZ);
         ResolvedStream rs;
         if (A_Err err = ResolveAnyStream("AEGP_GetStreamName", streamH, &rs)) return err;
-        std::string name = rs.IsMarkers() ? "Marker" : rs.IsSourceText() ? "Source Text" : ModelStreamName(rs.ref->streamId);
+        std::string name = rs.IsMarkers()      ? "Marker"
+                           : rs.IsSourceText()  ? "Source Text"
+                           : rs.IsMaskOutline() ? "Mask Path"
+                                                : ModelStreamName(rs.ref->streamId);
         const bool poi = rs.layer && rs.Id() == LayerStream::AnchorPoint &&
                          (rs.layer->objectType == LayerObjectType::Camera ||
                           rs.layer->objectType == LayerObjectType::Light);
@@ -126,6 +131,7 @@ A_Err IsStreamTimevarying(AEGP_StreamRefH streamH, A_Boolean* is_timevaryingPB) 
         ResolvedStream rs;
         if (A_Err err = ResolveAnyStream("AEGP_IsStreamTimevarying", streamH, &rs)) return err;
         if (rs.IsSourceText()) *is_timevaryingPB = rs.layer->text.keys.size() > 1;
+        else if (rs.IsMaskOutline()) *is_timevaryingPB = IsPathTimeVarying(StreamMask(rs).shape);
         else *is_timevaryingPB =
             rs.IsMarkers() ? false : IsTimeVarying(StreamOrDefault(*g_host.project, *rs.comp, *rs.layer, rs.Id()));
         return A_Err_NONE;
@@ -178,6 +184,10 @@ A_Err GetNewStreamValue(AEGP_PluginID, AEGP_StreamRefH streamH, AEGP_LTimeMode t
             valueP->val.text = MakeHandle<AEGP_TextDocumentH>(g_host.textDocuments.Add(shown));
             return A_Err_NONE;
         }
+        if (rs.IsMaskOutline()) {
+            valueP->val.mask = NewOutlineValue(PathAt(StreamMask(rs).shape, StreamTime(rs, time_mode, seconds)));
+            return A_Err_NONE;
+        }
         std::string error;
         const Value value = EvaluateStream(*g_host.project, *rs.comp, *rs.layer, rs.Id(),
                                            CompTimeOf(rs, time_mode, seconds), pre_expressionB != 0, &error);
@@ -209,6 +219,8 @@ A_Err DisposeStreamValue(AEGP_StreamValue2* valueP) {
             return Refuse("AEGP_DisposeStreamValue", "the value's marker was already disposed");
         if (OwnsTextDocument(ref, *valueP) && !g_host.textDocuments.Remove(HandleValue(valueP->val.text)))
             return Refuse("AEGP_DisposeStreamValue", "the value's text document was already disposed");
+        if (OwnsOutline(ref, *valueP) && !DisposeOutlineValue(valueP->val.mask))
+            return Refuse("AEGP_DisposeStreamValue", "the value's outline was already disposed");
         *valueP = AEGP_StreamValue2{};
         return A_Err_NONE;
     });
@@ -241,6 +253,12 @@ A_Err GetExpressionState(AEGP_PluginID, AEGP_StreamRefH streamH, A_Boolean* enab
     return GuardCall("AEGP_GetExpressionState", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_GetExpressionState", enabledPB);
         ResolvedStream rs;
+        // Source text and mask outlines take no expressions in this host.
+        if (A_Err err = ResolveAnyStream("AEGP_GetExpressionState", streamH, &rs)) return err;
+        if (rs.IsSourceText() || rs.IsMaskOutline()) {
+            *enabledPB = false;
+            return A_Err_NONE;
+        }
         if (A_Err err = LayerStreamOnly("AEGP_GetExpressionState", streamH, &rs)) return err;
         *enabledPB = HasExpression(StreamOrDefault(*g_host.project, *rs.comp, *rs.layer, rs.Id()));
         return A_Err_NONE;
@@ -293,7 +311,10 @@ const char* ModelStreamName(int id) {
 
 std::string StreamLabel(const ResolvedStream& rs) {
     if (!rs.layer) return "markers of composition " + Quoted(rs.comp->name);
-    const char* name = rs.IsMarkers() ? "markers" : rs.IsSourceText() ? "Source Text" : ModelStreamName(rs.ref->streamId);
+    const char* name = rs.IsMarkers()      ? "markers"
+                       : rs.IsSourceText()  ? "Source Text"
+                       : rs.IsMaskOutline() ? "Mask Path"
+                                            : ModelStreamName(rs.ref->streamId);
     return std::string(name ? name : "stream " + std::to_string(rs.ref->streamId)) + " of layer " +
            Quoted(ShownLayerName(*g_host.project, *rs.layer));
 }

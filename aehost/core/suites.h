@@ -24,5 +24,8 @@ const AEGP_DynamicStreamSuite5* DynamicStreamSuite();
 const AEGP_KeyframeSuite4* KeyframeSuite();
 const AEGP_MarkerSuite2* MarkerSuite();
 const AEGP_TextDocumentSuite1* TextDocumentSuite();
+const AEGP_LayerMaskSuite7* LayerMaskSuite();
+const AEGP_MaskOutlineSuite3* MaskOutlineSuite();
+const PF_PathDataSuite1* PathDataSuite();
 
 }  // namespace aehost

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "aehost/model/shape_contents.h"
+#include "aehost/model/mask.h"
 #include "aehost/model/stream.h"
 #include "aehost/model/text_document.h"
 
@@ -77,6 +78,8 @@ struct Layer {
   CameraSettings camera;  // read for camera layers only
   LightSettings light;    // read for light layers only
   SourceText text;        // read for text layers only
+  TextPathOptions pathOptions;  // text layers only: the mask the text runs along
+  std::vector<Mask> masks;      // not on cameras and lights
   std::vector<ShapeElement> shapes;  // the contents of shape layers, top of the list first
   // Streams given by the project description or set through the suites;
   // a stream that is legal but absent has its default (see DefaultStream).

@@ -2,6 +2,7 @@
 // JSON path of the offending value; aehost/PROJECT_FORMAT.md is the reference.
 #include "aehost/model/project_json.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -644,6 +645,51 @@ std::vector<ShapeElement> ReadShapeContents(const In& at) {
   return contents;
 }
 
+// ---------------------------------------------------------------- masks
+
+std::vector<Mask> ReadMasks(const In& at) {
+  std::vector<Mask> masks;
+  const Json::Value& array = RequireArray(at);
+  for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
+    const In element = Element(at, i);
+    RequireObject(element, {"name", "shape"});
+    RequireMember(element, "shape");
+    Mask mask;
+    mask.name = "Mask " + std::to_string(i + 1);
+    Read(element, "name", mask.name);
+    mask.shape = ReadPathStream(Member(element, "shape"));
+    const bool empty = mask.shape.shape.vertices.empty() ||
+                       std::any_of(mask.shape.keys.begin(), mask.shape.keys.end(),
+                                   [](const PathKey& key) { return key.shape.vertices.empty(); });
+    if (empty) Fail(Member(element, "shape"), "a mask needs at least one vertex");
+    masks.push_back(std::move(mask));
+  }
+  return masks;
+}
+
+// A margin is a one-dimensional stream; the host evaluates no expression on it.
+Stream ReadMargin(const In& at) {
+  Stream margin = ReadStreamOfKind(at, StreamKind::OneD);
+  if (!margin.expression.empty()) Fail(Member(at, "expression"), "a path option takes no expression");
+  return margin;
+}
+
+TextPathOptions ReadPathOptions(const In& at, std::size_t maskCount) {
+  RequireObject(at, {"path", "firstMargin", "lastMargin"});
+  TextPathOptions options;
+  if (Has(at, "path")) {
+    const In path = Member(at, "path");
+    options.path = Integer(path, 0, kMaxId);
+    if (static_cast<std::size_t>(options.path) > maskCount) {
+      Fail(path, "the layer has no mask " + std::to_string(options.path) + " (it has " + std::to_string(maskCount) +
+                     ")");
+    }
+  }
+  if (Has(at, "firstMargin")) options.firstMargin = ReadMargin(Member(at, "firstMargin"));
+  if (Has(at, "lastMargin")) options.lastMargin = ReadMargin(Member(at, "lastMargin"));
+  return options;
+}
+
 // Keys that only some kinds of layer have.
 void RefuseKeysOfOtherKinds(const In& at, LayerObjectType type) {
   const bool viewer = IsViewer(type);
@@ -668,13 +714,17 @@ void RefuseKeysOfOtherKinds(const In& at, LayerObjectType type) {
   if (type != LayerObjectType::Shape && Has(at, "shapes")) {
     Fail(Member(at, "shapes"), "only shape layers have shape contents");
   }
+  if (type != LayerObjectType::Text && Has(at, "pathOptions")) {
+    Fail(Member(at, "pathOptions"), "only text layers have path options");
+  }
+  if (viewer && Has(at, "masks")) Fail(Member(at, "masks"), "cameras and lights have no masks");
 }
 
 std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   RequireObject(at, {"id", "name", "type", "source", "parent", "video", "audio", "locked", "shy",
                      "solo", "threeD", "adjustment", "motionBlur", "null", "autoOrient",
                      "startTime", "inPoint", "duration", "stretch", "markers", "transform",
-                     "camera", "light", "text", "shapes"});
+                     "camera", "light", "text", "shapes", "masks", "pathOptions"});
   auto layer = std::make_unique<Layer>();
   RequireMember(at, "id");
   layer->id = Integer(Member(at, "id"), 1, kMaxId);
@@ -697,6 +747,8 @@ std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending) {
   if (Has(at, "light")) ReadLightGroup(Member(at, "light"), *layer);
   if (Has(at, "text")) layer->text = ReadSourceText(Member(at, "text"));
   if (Has(at, "shapes")) layer->shapes = ReadShapeContents(Member(at, "shapes"));
+  if (Has(at, "masks")) layer->masks = ReadMasks(Member(at, "masks"));
+  if (Has(at, "pathOptions")) layer->pathOptions = ReadPathOptions(Member(at, "pathOptions"), layer->masks.size());
   if (Has(at, "source")) {
     const In source = Member(at, "source");
     layer->sourceId = Integer(source, 1, kMaxId);
@@ -1197,6 +1249,25 @@ Json::Value WriteShapeElement(const ShapeElement& element) {
   return out;
 }
 
+Json::Value WriteMasks(const std::vector<Mask>& masks) {
+  Json::Value out(Json::arrayValue);
+  for (std::size_t i = 0; i < masks.size(); ++i) {
+    Json::Value mask(Json::objectValue);
+    if (masks[i].name != "Mask " + std::to_string(i + 1)) mask["name"] = masks[i].name;
+    mask["shape"] = WritePathStream(masks[i].shape);
+    out.append(mask);
+  }
+  return out;
+}
+
+Json::Value WritePathOptions(const TextPathOptions& options) {
+  Json::Value out(Json::objectValue);
+  if (options.path != 0) out["path"] = options.path;
+  if (options.firstMargin != Stream{}) out["firstMargin"] = WriteStream(options.firstMargin);
+  if (options.lastMargin != Stream{}) out["lastMargin"] = WriteStream(options.lastMargin);
+  return out;
+}
+
 Json::Value WriteLayer(const Layer& layer, const Item& comp) {
   Json::Value out(Json::objectValue);
   out["id"] = layer.id;
@@ -1225,6 +1296,8 @@ Json::Value WriteLayer(const Layer& layer, const Item& comp) {
     for (const ShapeElement& element : layer.shapes) shapes.append(WriteShapeElement(element));
     out["shapes"] = shapes;
   }
+  if (!layer.masks.empty()) out["masks"] = WriteMasks(layer.masks);
+  if (layer.pathOptions != TextPathOptions{}) out["pathOptions"] = WritePathOptions(layer.pathOptions);
   return out;
 }
 

@@ -294,7 +294,9 @@ void PushEmptyGroup(duk_context* ctx, const char* matchName, const char* name, c
 // The host's number of the Source Text stream (AEGP_LayerStream_SOURCE_TEXT).
 constexpr int kSourceTextStream = 31;
 
-// The Text group of a text layer, with its Source Text.
+void PushPathOptionsGroup(duk_context* ctx);
+
+// The Text group of a text layer, with its Source Text and Path Options.
 void PushTextGroup(duk_context* ctx) {
     PushEmptyGroup(ctx, "ADBE Text Properties", "Text", "text");
     duk_get_prop_index(ctx, -1, static_cast<duk_uarridx_t>(duk_get_length(ctx, -1) - 1));
@@ -305,6 +307,7 @@ void PushTextGroup(duk_context* ctx) {
     PushTextProp(ctx, "attribute", "sourceText");
     PushNumberProp(ctx, "stream", kSourceTextStream);
     duk_put_prop_index(ctx, -2, 0);
+    PushPathOptionsGroup(ctx);
     duk_pop_2(ctx);
 }
 
@@ -422,6 +425,46 @@ void PushShapeContents(duk_context* ctx, const Layer& layer) {
     EndNode(ctx);
 }
 
+// --- masks and path options ----------------------------------------------------
+// Values a layer keeps outside its streams and its shape tree are addressed for the natives
+// below by a kind and an index: ["mask", i] the path of the layer's mask i (from 0),
+// ["pathOption", 0 to 2] the "Path", "First Margin" and "Last Margin" of a text layer.
+
+void PushModelLeaf(duk_context* ctx, const char* matchName, const std::string& name, const char* attribute,
+                   const char* kind, int index) {
+    BeginNode(ctx, matchName, name, attribute);
+    duk_push_array(ctx);
+    duk_push_string(ctx, kind);
+    duk_put_prop_index(ctx, -2, 0);
+    duk_push_int(ctx, index);
+    duk_put_prop_index(ctx, -2, 1);
+    duk_put_prop_string(ctx, -2, "model");
+    AppendNode(ctx);
+}
+
+// "Masks": a group a mask, named as the mask, holding its "Mask Path".
+void PushMaskGroup(duk_context* ctx, const Layer& layer) {
+    BeginNode(ctx, "ADBE Mask Parade", "Masks", "mask");
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i < layer.masks.size(); ++i) {
+        BeginNode(ctx, "ADBE Mask Atom", layer.masks[i].name, "");
+        duk_push_array(ctx);
+        PushModelLeaf(ctx, "ADBE Mask Shape", "Mask Path", "maskPath", "mask", static_cast<int>(i));
+        EndNode(ctx);
+    }
+    EndNode(ctx);
+}
+
+// "Path Options" of the Text group, appended to the children array on the top of the stack.
+void PushPathOptionsGroup(duk_context* ctx) {
+    BeginNode(ctx, "ADBE Text Path Options", "Path Options", "pathOption");
+    duk_push_array(ctx);
+    PushModelLeaf(ctx, "ADBE Text Path", "Path", "path", "pathOption", 0);
+    PushModelLeaf(ctx, "ADBE Text First Margin", "First Margin", "firstMargin", "pathOption", 1);
+    PushModelLeaf(ctx, "ADBE Text Last Margin", "Last Margin", "lastMargin", "pathOption", 2);
+    EndNode(ctx);
+}
+
 // layerTree(comp id, layer id) -> the layer's top-level groups in the host's
 // order, each {matchName, name, attribute, children: [{..., stream}]}.
 duk_ret_t LayerTree(duk_context* ctx) {
@@ -433,7 +476,7 @@ duk_ret_t LayerTree(duk_context* ctx) {
     if (layer.objectType == LayerObjectType::Text) PushTextGroup(ctx);
     if (layer.objectType == LayerObjectType::Shape) PushShapeContents(ctx, layer);
     if (!lookAt) {
-        PushEmptyGroup(ctx, "ADBE Mask Parade", "Masks", "mask");
+        PushMaskGroup(ctx, layer);
         PushEmptyGroup(ctx, "ADBE Effect Parade", "Effects", "effect");
     }
     PushStreamGroup(ctx, layer, "ADBE Transform Group", "Transform", "transform", kTransform, std::size(kTransform));
@@ -710,6 +753,15 @@ void PushPointList(duk_context* ctx, const PathShape& shape, double PathVertex::
     duk_put_prop_string(ctx, -2, key);
 }
 
+// The members of a Shape: vertices, tangents relative to them, closed.
+void PushShapeValue(duk_context* ctx, const PathShape& shape) {
+    duk_push_object(ctx);
+    PushPointList(ctx, shape, &PathVertex::x, &PathVertex::y, "vertices");
+    PushPointList(ctx, shape, &PathVertex::inX, &PathVertex::inY, "inTangents");
+    PushPointList(ctx, shape, &PathVertex::outX, &PathVertex::outY, "outTangents");
+    PushBoolProp(ctx, "closed", shape.closed);
+}
+
 // shapeValueAt(comp id, layer id, address, composition seconds) -> a number, an
 // array, or the members of a Shape
 duk_ret_t ShapeValueAt(duk_context* ctx) {
@@ -721,12 +773,7 @@ duk_ret_t ShapeValueAt(duk_context* ctx) {
         PushValue(ctx, ShapeParamAt(*ref.element, ref.value, time), Dimensions(ShapeStreamOf(ref).kind));
         return 1;
     }
-    const PathShape shape = PathAt(ref.element->path, time);
-    duk_push_object(ctx);
-    PushPointList(ctx, shape, &PathVertex::x, &PathVertex::y, "vertices");
-    PushPointList(ctx, shape, &PathVertex::inX, &PathVertex::inY, "inTangents");
-    PushPointList(ctx, shape, &PathVertex::outX, &PathVertex::outY, "outTangents");
-    PushBoolProp(ctx, "closed", shape.closed);
+    PushShapeValue(ctx, PathAt(ref.element->path, time));
     return 1;
 }
 
@@ -738,6 +785,75 @@ duk_ret_t ShapeKeyTime(duk_context* ctx) {
     const int k = duk_get_int(ctx, 3);
     if (k < 1 || k > static_cast<int>(times.size())) throw std::runtime_error("key " + std::to_string(k) + " is out of range");
     duk_push_number(ctx, LayerTimeToCompTime(layer, times[static_cast<std::size_t>(k - 1)]));
+    return 1;
+}
+
+// --- mask paths and path options --------------------------------------------------
+
+// The value behind a model address (see PushModelLeaf): one of the three is set.
+struct ModelValueRef {
+    const PathStream* maskPath = nullptr;
+    const Stream* margin = nullptr;
+    const TextPathOptions* pathChoice = nullptr;  // the "Path" option: which mask
+};
+
+ModelValueRef ModelValueArg(duk_context* ctx, const Layer& layer, duk_idx_t index) {
+    const auto fail = [&]() -> ModelValueRef {
+        throw std::runtime_error("the property is no longer on layer \"" + layer.name + "\"");
+    };
+    if (!duk_is_array(ctx, index) || duk_get_length(ctx, index) != 2) return fail();
+    duk_get_prop_index(ctx, index, 0);
+    duk_get_prop_index(ctx, index, 1);
+    const std::string kind = duk_is_string(ctx, -2) ? duk_get_string(ctx, -2) : "";
+    const int n = duk_get_int(ctx, -1);
+    duk_pop_2(ctx);
+    ModelValueRef ref;
+    if (kind == "mask" && n >= 0 && static_cast<std::size_t>(n) < layer.masks.size()) {
+        ref.maskPath = &layer.masks[static_cast<std::size_t>(n)].shape;
+    } else if (kind == "pathOption" && layer.objectType == LayerObjectType::Text && n >= 0 && n <= 2) {
+        if (n == 0) ref.pathChoice = &layer.pathOptions;
+        else ref.margin = n == 1 ? &layer.pathOptions.firstMargin : &layer.pathOptions.lastMargin;
+    } else {
+        return fail();
+    }
+    return ref;
+}
+
+// modelStream(comp id, layer id, address) -> {numKeys, timeVarying, kind, times}, the key
+// times in composition seconds
+duk_ret_t ModelStreamInfo(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const ModelValueRef ref = ModelValueArg(ctx, layer, 2);
+    std::vector<double> times;
+    if (ref.maskPath) {
+        for (const PathKey& key : ref.maskPath->keys) times.push_back(key.time);
+    } else if (ref.margin) {
+        for (const Keyframe& key : ref.margin->keys) times.push_back(key.time);
+    }
+    duk_push_object(ctx);
+    PushNumberProp(ctx, "numKeys", static_cast<double>(times.size()));
+    PushBoolProp(ctx, "timeVarying", times.size() > 1);
+    PushTextProp(ctx, "kind", ref.maskPath ? "SHAPE" : ref.margin ? "OneD" : "MASK_INDEX");
+    duk_push_array(ctx);
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        duk_push_number(ctx, LayerTimeToCompTime(layer, times[i]));
+        duk_put_prop_index(ctx, -2, static_cast<duk_uarridx_t>(i));
+    }
+    duk_put_prop_string(ctx, -2, "times");
+    return 1;
+}
+
+// modelValueAt(comp id, layer id, address, composition seconds) -> the members of a Shape, a
+// margin in pixels, or the one-based index of the mask a text follows (0: none)
+duk_ret_t ModelValueAt(duk_context* ctx) {
+    const Item& comp = CompArg(ctx, 0);
+    const Layer& layer = LayerArg(ctx, comp, 1);
+    const ModelValueRef ref = ModelValueArg(ctx, layer, 2);
+    const double time = CompTimeToLayerTime(layer, duk_get_number(ctx, 3));
+    if (ref.maskPath) PushShapeValue(ctx, PathAt(*ref.maskPath, time));
+    else if (ref.margin) duk_push_number(ctx, InterpolateKeys(*ref.margin, time)[0]);
+    else duk_push_int(ctx, ref.pathChoice->path);
     return 1;
 }
 
@@ -775,6 +891,7 @@ std::vector<NativeEntry> ProjectNatives() {
         {"textDocument", Native<TextDocumentAtTime>, 3}, {"sourceTextKeys", Native<SourceTextKeys>, 2},
         {"shapeStream", Native<ShapeStreamInfo>, 3},     {"shapeValueAt", Native<ShapeValueAt>, 4},
         {"shapeKeyTime", Native<ShapeKeyTime>, 4},
+        {"modelStream", Native<ModelStreamInfo>, 3},     {"modelValueAt", Native<ModelValueAt>, 4},
     };
 }
 

@@ -80,6 +80,11 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         return property;
     }
     PropertyGroup.prototype._make = function (description, index) {
+        if (description.model !== undefined) {
+            var modelProperty = placeProperty(new LayerModelProperty(), description, this, index);
+            modelProperty._address = description.model;
+            return modelProperty;
+        }
         if (description.shape !== undefined || description.constant !== undefined) {
             var shapeProperty = placeProperty(new ShapeProperty(), description, this, index);
             shapeProperty._address = description.shape;
@@ -190,9 +195,12 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         if (this._address === undefined) return { numKeys: 0, timeVarying: false, kind: "OneD" };
         return host.shapeStream(this._layer._compId, this._layer._id, this._address);
     };
+    ShapeProperty.prototype._valueAt = function (time) {
+        return host.shapeValueAt(this._layer._compId, this._layer._id, this._address, time);
+    };
     ShapeProperty.prototype.valueAtTime = function (time) {
         if (this._address === undefined) return this._constant;
-        var value = host.shapeValueAt(this._layer._compId, this._layer._id, this._address, Number(time));
+        var value = this._valueAt(Number(time));
         if (this._info().kind !== "SHAPE") return value;
         var shape = new Shape();
         for (var key in value) shape[key] = value[key];
@@ -210,6 +218,19 @@ constexpr const char* kProjectObjects = R"JS(function (host, global) {
         expression: function () { return ""; },
         expressionEnabled: function () { return false; }
     });
+
+    // --- masks and path options ---------------------------------------------
+    // A value a layer keeps outside its streams and its shape tree: a mask's path, or a path
+    // option of a text ("Path", whose value is the one-based index of the mask, and the
+    // margins). It reads like a shape value, addressed by a kind and an index.
+    var LayerModelProperty = subclass(ShapeProperty, function LayerModelProperty() {});
+    LayerModelProperty.prototype._info = function () {
+        return host.modelStream(this._layer._compId, this._layer._id, this._address);
+    };
+    LayerModelProperty.prototype._valueAt = function (time) {
+        return host.modelValueAt(this._layer._compId, this._layer._id, this._address, time);
+    };
+    LayerModelProperty.prototype.keyTime = function (key) { return keyTimeOf(this._info().times, Number(key)); };
 
     // --- text ---------------------------------------------------------------
     var ParagraphJustification = { LEFT_JUSTIFY: 7213, RIGHT_JUSTIFY: 7214, CENTER_JUSTIFY: 7215,

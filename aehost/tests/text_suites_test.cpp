@@ -55,9 +55,19 @@ TEST_F(TextSuitesTest, TheSourceTextStreamGivesTheDocumentOfItsTime) {
     EXPECT_EQ(TextAt(stream, 0), "Erste Zeile");
     EXPECT_EQ(TextAt(stream, 149), "Erste Zeile");
     EXPECT_EQ(TextAt(stream, 150), "Zweite \xc3\x84nderung");
-    // Calls for values of numbers refuse the stream rather than misread it.
+    // Its keys are counted and timed like those of any stream; calls for values of numbers
+    // refuse it rather than misread it.
     A_long keys = 0;
-    EXPECT_NE(KeyframeSuite()->AEGP_GetStreamNumKFs(stream, &keys), A_Err_NONE);
+    EXPECT_EQ(KeyframeSuite()->AEGP_GetStreamNumKFs(stream, &keys), A_Err_NONE);
+    EXPECT_EQ(keys, 2);
+    A_Time second{};
+    EXPECT_EQ(KeyframeSuite()->AEGP_GetKeyframeTime(stream, 1, AEGP_LTimeMode_CompTime, &second), A_Err_NONE);
+    EXPECT_DOUBLE_EQ(static_cast<double>(second.value) / second.scale, 1.5);
+    A_Boolean expression = true;
+    EXPECT_EQ(streams->AEGP_GetExpressionState(kPlugin, stream, &expression), A_Err_NONE);
+    EXPECT_FALSE(expression);
+    AEGP_StreamValue2 keyValue{};
+    EXPECT_NE(KeyframeSuite()->AEGP_GetNewKeyframeValue(kPlugin, stream, 0, &keyValue), A_Err_NONE);
     EXPECT_EQ(streams->AEGP_DisposeStream(stream), A_Err_NONE);
     g_host.misuse.clear();
     EXPECT_TRUE(ExitProblems().empty());

@@ -25,6 +25,13 @@ struct SmallProject {
   }
 };
 
+// A description with one composition holding `layer`, the JSON of one layer.
+inline std::string OneLayerProject(const std::string& layer) {
+  return R"({"format": "aehost-project", "version": 1,
+    "comps": [{"id": 2, "width": 100, "height": 100, "frameRate": 25, "duration": 1, "layers": [)" +
+         layer + "]}]}";
+}
+
 // Why a description read as "test.json" is refused; empty when it is not.
 inline std::string Refusal(const std::string& text) {
   try {

@@ -8,12 +8,6 @@
 namespace aehost {
 namespace {
 
-std::string WithShapeLayer(const std::string& layer) {
-  return R"({"format": "aehost-project", "version": 1,
-    "comps": [{"id": 2, "width": 100, "height": 100, "frameRate": 25, "duration": 1, "layers": [)" +
-         layer + "]}]}";
-}
-
 constexpr const char* kContents = R"({"id": 1, "type": "shape", "shapes": [
   {"kind": "group", "name": "Box", "position": [10, 20], "contents": [
     {"kind": "rectangle", "size": [40, 20], "roundness": 5},
@@ -26,7 +20,7 @@ constexpr const char* kContents = R"({"id": 1, "type": "shape", "shapes": [
   {"kind": "gradientFill", "startColor": [0, 1, 0, 0.5]}]})";
 
 TEST(ShapeJson, ContentsAreReadAsTheHostHoldsThem) {
-  const Project project = ReadProject(WithShapeLayer(kContents), "test.json");
+  const Project project = ReadProject(OneLayerProject(kContents), "test.json");
   const Layer& layer = *project.items.back()->comp.layers.front();
   ASSERT_EQ(layer.shapes.size(), 3u);
   const ShapeElement& group = layer.shapes[0];
@@ -48,7 +42,7 @@ TEST(ShapeJson, ContentsAreReadAsTheHostHoldsThem) {
 }
 
 TEST(ShapeJson, ContentsAreWrittenBackTheSame) {
-  const Project project = ReadProject(WithShapeLayer(kContents), "test.json");
+  const Project project = ReadProject(OneLayerProject(kContents), "test.json");
   const std::string written = WriteProject(project);
   const Project back = ReadProject(written, "written");
   EXPECT_EQ(back.items.back()->comp.layers.front()->shapes, project.items.back()->comp.layers.front()->shapes);
@@ -57,20 +51,20 @@ TEST(ShapeJson, ContentsAreWrittenBackTheSame) {
 
 TEST(ShapeJson, BrokenContentsAreRefusedWithTheirPath) {
   const std::string at = "test.json: comps[0].layers[0].";
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "shapes": []})")), at + "shapes: only shape layers have shape contents");
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "type": "shape", "shapes": [{"kind": "circle"}]})")),
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "shapes": []})")), at + "shapes: only shape layers have shape contents");
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "type": "shape", "shapes": [{"kind": "circle"}]})")),
             at + "shapes[0].kind: \"circle\" is not one of \"group\", \"path\", \"rectangle\", \"ellipse\", "
                  "\"star\", \"polygon\", \"fill\", \"stroke\", \"gradientFill\"");
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "type": "shape", "shapes": [{"kind": "fill", "width": 3}]})")),
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "type": "shape", "shapes": [{"kind": "fill", "width": 3}]})")),
             at + "shapes[0].width: unknown key");
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "type": "shape", "shapes": [{"kind": "path"}]})")),
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "type": "shape", "shapes": [{"kind": "path"}]})")),
             at + "shapes[0]: missing \"path\"");
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "type": "shape", "shapes": [{"kind": "path", "path":
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "type": "shape", "shapes": [{"kind": "path", "path":
               {"vertices": [[0, 0], [1, 1]], "inTangents": [[0, 0]]}}]})")),
             at + "shapes[0].path.inTangents: expected one tangent for each vertex");
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "type": "shape", "shapes": [{"kind": "fill", "composite": "above"}]})")),
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "type": "shape", "shapes": [{"kind": "fill", "composite": "above"}]})")),
             at + "shapes[0].composite: \"above\" is not one of \"over\", \"under\"");
-  EXPECT_EQ(Refusal(WithShapeLayer(R"({"id": 1, "type": "shape", "shapes": [{"kind": "ellipse", "size": [1]}]})")),
+  EXPECT_EQ(Refusal(OneLayerProject(R"({"id": 1, "type": "shape", "shapes": [{"kind": "ellipse", "size": [1]}]})")),
             at + "shapes[0].size: expected 2 numbers");
 }
 

@@ -1,0 +1,64 @@
+#include "aehost/model/bezier.h"
+
+#include <cmath>
+
+namespace aehost {
+
+namespace {
+
+struct Cubic {
+  Point2 p[4];
+};
+
+// The speed |B'(t)|: B'(t) = 3(1-t)^2 (P1-P0) + 6(1-t)t (P2-P1) + 3t^2 (P3-P2).
+double Speed(const Cubic& c, double t) {
+  const double u = 1.0 - t;
+  const double a = 3.0 * u * u, b = 6.0 * u * t, d = 3.0 * t * t;
+  const double x = a * (c.p[1].x - c.p[0].x) + b * (c.p[2].x - c.p[1].x) + d * (c.p[3].x - c.p[2].x);
+  const double y = a * (c.p[1].y - c.p[0].y) + b * (c.p[2].y - c.p[1].y) + d * (c.p[3].y - c.p[2].y);
+  return std::hypot(x, y);
+}
+
+// Five-point Gauss-Legendre rule on [from, to]: exact for polynomials up to degree nine.
+double GaussLegendre(const Cubic& c, double from, double to) {
+  static constexpr double kNodes[5] = {0.0, -0.5384693101056831, 0.5384693101056831, -0.9061798459386640,
+                                       0.9061798459386640};
+  static constexpr double kWeights[5] = {0.5688888888888889, 0.4786286704993665, 0.4786286704993665,
+                                         0.2369268850561891, 0.2369268850561891};
+  const double half = 0.5 * (to - from), middle = 0.5 * (to + from);
+  double sum = 0.0;
+  for (int i = 0; i < 5; ++i) sum += kWeights[i] * Speed(c, middle + half * kNodes[i]);
+  return half * sum;
+}
+
+// Halves until both halves together give what the whole gave; a cusp, where the speed has a
+// corner, is cut down to depth 30 at most.
+double Adaptive(const Cubic& c, double from, double to, double whole, int depth) {
+  const double middle = 0.5 * (from + to);
+  const double left = GaussLegendre(c, from, middle), right = GaussLegendre(c, middle, to);
+  if (depth >= 30 || std::fabs(left + right - whole) <= 1e-12 * std::fmax(1.0, std::fabs(whole))) return left + right;
+  return Adaptive(c, from, middle, left, depth + 1) + Adaptive(c, middle, to, right, depth + 1);
+}
+
+Point2 At(const PathVertex& v) { return {v.x, v.y}; }
+
+}  // namespace
+
+double CubicLength(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& p3) {
+  const Cubic c{{p0, p1, p2, p3}};
+  return Adaptive(c, 0.0, 1.0, GaussLegendre(c, 0.0, 1.0), 0);
+}
+
+int SegmentCount(const PathShape& shape) {
+  const int n = static_cast<int>(shape.vertices.size());
+  if (n < 2) return 0;
+  return shape.closed ? n : n - 1;
+}
+
+double SegmentLength(const PathShape& shape, int segment) {
+  const PathVertex& from = shape.vertices[static_cast<std::size_t>(segment)];
+  const PathVertex& to = shape.vertices[(static_cast<std::size_t>(segment) + 1) % shape.vertices.size()];
+  return CubicLength(At(from), {from.x + from.outX, from.y + from.outY}, {to.x + to.inX, to.y + to.inY}, At(to));
+}
+
+}  // namespace aehost
