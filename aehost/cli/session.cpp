@@ -6,6 +6,7 @@
 #include <iostream>
 #include <new>
 
+#include "aehost/cli/preferences_file.h"
 #include "aehost/core/exit_report.h"
 #include "aehost/core/hooks.h"
 #include "aehost/core/host.h"
@@ -43,6 +44,8 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
     command.add_option("--plugin", options.plugin, "plug-in library to load instead of the installed one");
     command.add_option("--answers", options.answers, "JSON file with the user's answers to dialogs");
     command.add_option("--transcript", options.transcript, "write every message the plug-in showed to this file");
+    command.add_option("--prefs", options.prefs,
+                       "the host's preferences file: read at start when it exists, written back at exit");
     CLI::Option* quiet =
         command.add_flag("--quiet", options.quiet, "print no summary line and no progress; errors still go to stderr");
     command
@@ -83,6 +86,10 @@ int OpenProject(const HostOptions& options, const std::string& projectPath, Host
     }
     std::string error;
     if (!options.answers.empty() && !ReadAnswersFile(options.answers, &session.answers, &error)) {
+        HostError(error);
+        return kExitBadInput;
+    }
+    if (!options.prefs.empty() && !ReadPreferencesFile(options.prefs, &error)) {
         HostError(error);
         return kExitBadInput;
     }
@@ -169,6 +176,13 @@ bool WriteTranscript(const std::string& path) {
     return static_cast<bool>(out);
 }
 
+bool WritePreferences(const std::string& path) {
+    std::string error;
+    if (WritePreferencesFile(path, &error)) return true;
+    HostError("cannot write the preferences: " + error);
+    return false;
+}
+
 }  // namespace
 
 int CloseHost(const HostOptions& options, HostSession& session, int code) {
@@ -179,6 +193,7 @@ int CloseHost(const HostOptions& options, HostSession& session, int code) {
     for (const std::string& line : problems) HostError("at exit: " + line);
     UnloadPlugin(session.plugin);
     if (!options.transcript.empty() && !WriteTranscript(options.transcript) && code == kExitOk) code = kExitFailed;
+    if (!options.prefs.empty() && !WritePreferences(options.prefs) && code == kExitOk) code = kExitFailed;
     g_host.runScript = nullptr;
     g_host.project = nullptr;
     if (code == kExitOk && !problems.empty() && !options.allowLeaks) return kExitFailed;

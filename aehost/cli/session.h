@@ -22,6 +22,7 @@ struct HostOptions {
     std::string plugin;      // --plugin: a plug-in library instead of the installed one
     std::string answers;     // --answers
     std::string transcript;  // --transcript
+    std::string prefs;       // --prefs: the preferences file, read at start and written at exit
     bool quiet = false;      // --quiet: no summary line and no progress
     bool verbose = false;    // --verbose: trace each step on standard error
     bool allowLeaks = false; // --allow-leaks: report what the plug-in left behind, but exit 0
