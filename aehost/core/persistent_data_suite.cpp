@@ -1,6 +1,7 @@
 // The persistent data suite over the host's preferences: one application
 // blob of sections and keys, kept for the life of the host.
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 
 #include "aehost/core/host.h"
@@ -73,7 +74,19 @@ A_Err GetLong(AEGP_PersistentBlobH blobH, const A_char* section, const A_char* k
         AEHOST_REQUIRE_OUT("AEGP_GetLong", valueP);
         if (A_Err err = CheckBlob("AEGP_GetLong", blobH, section, key)) return err;
         const std::string* stored = FindValue(section, key);
-        *valueP = stored ? static_cast<A_long>(std::stol(*stored)) : defaultL;
+        if (!stored) {
+            *valueP = defaultL;
+            return A_Err_NONE;
+        }
+        // Preferences come from a file the user may have edited: a text that is no 32-bit
+        // whole number is refused rather than read as a part of it.
+        const char* end = stored->data() + stored->size();
+        A_long value = 0;
+        const auto [stop, problem] = std::from_chars(stored->data(), end, value);
+        if (problem != std::errc() || stop != end)
+            return Refuse("AEGP_GetLong", "the preference \"" + std::string(section) + "\", \"" + key + "\" holds \"" +
+                                              *stored + "\", not a 32-bit whole number");
+        *valueP = value;
         return A_Err_NONE;
     });
 }

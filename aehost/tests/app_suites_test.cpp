@@ -63,6 +63,13 @@ TEST_F(AppSuitesTest, PreferencesKeepStringsAndNumbers) {
     prefs->AEGP_SetLong(blob, "Orrery Studio", "count", -12);
     prefs->AEGP_GetLong(blob, "Orrery Studio", "count", 3, &number);
     EXPECT_EQ(number, -12);
+    // A number a preferences file holds as text that is none, or too large, is refused whole.
+    for (const char* text : {"12abc", "", "2147483648"}) {
+        prefs->AEGP_SetString(blob, "Orrery Studio", "count", text);
+        number = 5;
+        EXPECT_NE(prefs->AEGP_GetLong(blob, "Orrery Studio", "count", 3, &number), A_Err_NONE) << text;
+        EXPECT_EQ(number, 5) << text;
+    }
     prefs->AEGP_DeleteEntry(blob, "Orrery Studio", "ORY_LITEPATH");
     prefs->AEGP_DoesKeyExist(blob, "Orrery Studio", "ORY_LITEPATH", &exists);
     EXPECT_FALSE(exists);
