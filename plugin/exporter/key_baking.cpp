@@ -7,18 +7,18 @@
 #include "plugin/exporter/layer_matrix.h"
 #include "plugin/exporter/track_ops.h"
 
+bool HasTimeVaryingExpression(AEGP_StreamRefH stream) {
+  A_Boolean enabled = false, varying = false;
+  if (StreamSuite9()->AEGP_GetExpressionState(PluginId(), stream, &enabled) || !enabled) return false;
+  return !StreamSuite9()->AEGP_IsStreamTimevarying(stream, &varying) && varying;
+}
+
 namespace {
 
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 // Frame rates assumed when the host does not tell; they only matter if a call fails.
 constexpr double kFallbackExpressionRate = 30.0;
 constexpr double kFallbackLayerRate = 25.0;
-
-bool HasTimeVaryingExpression(AEGP_StreamRefH stream) {
-  A_Boolean enabled = false, varying = false;
-  if (StreamSuite9()->AEGP_GetExpressionState(PluginId(), stream, &enabled) || !enabled) return false;
-  return !StreamSuite9()->AEGP_IsStreamTimevarying(stream, &varying) && varying;
-}
 
 double LayerCompRate(AEGP_LayerH layer, double fallback, A_Err* err) {
   double rate = fallback;

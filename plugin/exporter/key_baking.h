@@ -14,6 +14,10 @@ A_Err CollectKeyTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_StreamRefH stre
 A_Err CollectLayerStreamTimes(AEToOry& exporter, AEGP_LayerH layer, AEGP_LayerStream streamId, bool useKeys,
                               TimeMap* times);
 
+// Whether the stream's value comes from an expression that is on and varies, so that the host
+// has no keys to read.
+bool HasTimeVaryingExpression(AEGP_StreamRefH stream);
+
 // The number of keyframes; a time-varying expression counts as a key on every frame.
 int32_t CountStreamKeys(AEGP_LayerH layer, AEGP_StreamRefH stream);
 // 0 for a null layer, no stream or an illegal one.

@@ -165,6 +165,13 @@ constexpr int32_t TextParam_Font = 2117;      // a DataKind_Font value
 constexpr int32_t TextOutlineParam_Width = 2012;
 constexpr int32_t SweepParam_Flag = 1008;
 
+// The deformer that lays a text along a spline.
+constexpr int32_t DeformerParam_Spline = 1001;  // a link to the spline
+constexpr int32_t DeformerParam_Offset = 1004;  // where the text starts, as a fraction of the spline's length
+// Two settings a text laid along a spline always has: 1 and a quarter turn in radians.
+constexpr int32_t DeformerParam_Align = 1012;
+constexpr int32_t DeformerParam_Turn = 1009;
+
 // Entries of the container from which the engine's font library fills a font value.
 constexpr int32_t FontEntry_Family = 500;
 constexpr int32_t FontEntry_Weight = 502;

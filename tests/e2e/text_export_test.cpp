@@ -29,6 +29,7 @@
 
 #include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
+#include "tests/support/scene_export.h"
 
 namespace {
 
@@ -44,13 +45,7 @@ class TextExport : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     dir_ = qae_test::MakeTempDir("text_export");
-    const std::string scene = dir_ + "/text.ory";
-    const auto exported =
-        RunCommand(qae_test::AehostPath(), {"export", kExample, "--comp", "Titles", "--output", scene, "--text", "live"});
-    ASSERT_EQ(exported.exitCode, 0) << exported.err;
-    const auto dumped = RunCommand(qae_test::OrytoolPath(), {"dump", "--json", scene});
-    ASSERT_EQ(dumped.exitCode, 0) << dumped.err;
-    scene_ = qae_test::ParseJson(dumped.out);
+    scene_ = qae_test::ExportSceneJson(kExample, "Titles", dir_ + "/text.ory", {"--text", "live"});
   }
   static void TearDownTestSuite() { std::filesystem::remove_all(dir_); }
 
@@ -81,12 +76,7 @@ const Json::Value& Child(const Json::Value& node, const std::string& typeAndName
   return none;
 }
 
-const Json::Value& Param(const Json::Value& node, int id) {
-  static const Json::Value none;
-  for (const Json::Value& param : node["params"])
-    if (param["id"].asInt() == id) return param;
-  return none;
-}
+const Json::Value& Param(const Json::Value& node, int id) { return qae_test::SceneParam(node, id); }
 
 double Z(const Json::Value& node) { return Param(node, 903)["vector"][2].asDouble(); }
 

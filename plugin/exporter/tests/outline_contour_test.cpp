@@ -103,6 +103,16 @@ TEST(OutlineContour, RefusesWhatDoesNotFit) {
   EXPECT_FALSE(WriteContour(vertices, 2, 0, dims, {}, nullptr, spline.arrays()));
 }
 
+// Mask tangents are relative to their vertex already: y negated, no 4/3.
+TEST(OutlineContour, MaskVertexKeepsItsTangentsWithYNegated) {
+  const OutlineDims dims{1, 1};
+  Spline spline(dims);
+  WriteMaskVertex(AEGP_MaskVertex{10, 20, -3, 4, 5, -6}, 0, spline.arrays());
+  ExpectVector(spline.points[0], 10, -20, 0);
+  ExpectVector(spline.tangents[0].left, -3, -4, 0);
+  ExpectVector(spline.tangents[0].right, 5, 6, 0);
+}
+
 TEST(OutlineContour, DimsGrowToTheLargestOutline) {
   OutlineDims dims;
   IncludeOutline(&dims, 2, 5);

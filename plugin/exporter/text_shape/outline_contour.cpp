@@ -41,6 +41,12 @@ void WriteFillers(const PF_PathVertex& from, const PF_PathVertex& to, int32_t fi
 
 }  // namespace
 
+void WriteMaskVertex(const AEGP_MaskVertex& v, int32_t at, const SplineArrays& arrays) {
+  arrays.points[at] = Vector{v.x, -v.y, 0.0};
+  arrays.tangents[at].left = Vector{v.tan_in_x, -v.tan_in_y, 0.0};
+  arrays.tangents[at].right = Vector{v.tan_out_x, -v.tan_out_y, 0.0};
+}
+
 void IncludeOutline(OutlineDims* dims, int32_t contours, int32_t vertices) {
   dims->points = std::max(dims->points, vertices);
   dims->contours = std::max(dims->contours, contours);

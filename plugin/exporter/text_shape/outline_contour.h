@@ -38,6 +38,10 @@ struct SplineArrays {
   SplineTangent* tangents = nullptr;
 };
 
+// Writes a mask vertex (tangents relative to it, y down) at place `at`: y negated, the tangents
+// as they are, without the 4/3 of outline handles.
+void WriteMaskVertex(const AEGP_MaskVertex& vertex, int32_t at, const SplineArrays& arrays);
+
 // Writes contour `contourIndex` of `n` host vertices (absolute handles, y down) at its place
 // in `arrays`, and its segment as `dims.points` points, closed. Vertices 0 to n-2 go to their
 // own places, the last vertex to the contour's last place, and the places between are filled

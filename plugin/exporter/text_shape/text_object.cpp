@@ -8,6 +8,8 @@
 #include "plugin/exporter/scene_params.h"
 #include "plugin/exporter/text_shape/font_description.h"
 #include "plugin/exporter/text_shape/property_bridge.h"
+#include "plugin/exporter/text_shape/source_text_track.h"
+#include "plugin/exporter/text_shape/text_path.h"
 #include "plugin/exporter/text_shape/text_values.h"
 
 namespace {
@@ -88,26 +90,6 @@ A_Err AddTextInstance(AEToOry& exporter, BaseObject* sweep, BaseObject* text) {
   return A_Err_NONE;
 }
 
-// The source text at `time` (composition time), through the suites; empty when it cannot be read.
-std::string SourceTextAt(AEGP_LayerH layer, const A_Time& time) {
-  AEGP_StreamRefH stream = nullptr;
-  if (StreamSuite9()->AEGP_GetNewLayerStream(PluginId(), layer, AEGP_LayerStream_SOURCE_TEXT, &stream) != A_Err_NONE) {
-    return "";
-  }
-  std::string text;
-  AEGP_StreamValue2 value{};
-  if (StreamSuite9()->AEGP_GetNewStreamValue(PluginId(), stream, AEGP_LTimeMode_CompTime, &time, false, &value) ==
-      A_Err_NONE) {
-    AEGP_MemHandle memory = nullptr;
-    if (TextDocumentSuite1()->AEGP_GetNewText(PluginId(), value.val.text, &memory) == A_Err_NONE) {
-      text = TakeHandleText(memory);
-    }
-    StreamSuite9()->AEGP_DisposeStreamValue(&value);
-  }
-  StreamSuite9()->AEGP_DisposeStream(stream);
-  return text;
-}
-
 // The host's horizontal and vertical scale of the characters, on the text object's own scale.
 void ScaleText(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
   Vector scale;
@@ -145,6 +127,7 @@ A_Err ExportTextObject(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object)
   }
   const TextChild sweep = stroked ? CreateStroke(exporter, layer, object, extrude, strokeOverFill) : TextChild{};
   if (!extrude.object && !sweep.object) return A_Err_NONE;
+  BaseObject* pathSpline = ConvertTextPathMask(exporter, layer, object);
   BaseObject* text = CreateChildObject(exporter, extrude.object ? extrude.object : sweep.object, layer, "Text",
                                        ObjectType_Text, true, true);
   if (!text) return A_Err_NONE;
@@ -152,5 +135,7 @@ A_Err ExportTextObject(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object)
     if (const A_Err err = AddTextInstance(exporter, sweep.object, text)) return err;
   }
   WriteTextSettings(exporter, layer, text);
-  return A_Err_NONE;
+  const A_Err status = ExportSourceTextTrack(exporter, layer, text);
+  if (pathSpline) ExportTextPathDeformer(exporter, layer, text, pathSpline);
+  return status;
 }

@@ -14,7 +14,9 @@
 //                                                                  L-Text (instance of L-Text)
 //                                                                filled and stroked
 //
-// The text's animators, source text keys and path options are not read: what is written is
+// A text that runs along a mask also gets the mask's spline "L-Path" under the null and an
+// "L-Deformer" under the text (text_path.h); source text with keys gives the text a "Text"
+// track (source_text_track.h). The text's animators are not read: what else is written is
 // the text as it stands at the composition's start.
 #include "plugin/exporter/ae_to_ory.h"
 
