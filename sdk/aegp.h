@@ -11,5 +11,6 @@
 #include "sdk/aegp_project_suites.h"
 #include "sdk/aegp_layer_suites.h"
 #include "sdk/aegp_stream_suites.h"
+#include "sdk/aegp_shape_suites.h"
 
 #endif

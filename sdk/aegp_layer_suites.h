@@ -105,6 +105,7 @@ typedef struct AEGP_MaskOutlineSuite3 {
 
 #define kAEGPTextLayerSuite "AEGP Text Layer Suite"
 #define kAEGPTextLayerSuiteVersion1 1
+#define kAEGPTextLayerSuiteVersion2 2
 
 typedef struct AEGP_TextLayerSuite1 {
     A_Err (*AEGP_GetNewTextOutlines)(AEGP_LayerH layerH, const A_Time* layer_timeP,
@@ -113,6 +114,7 @@ typedef struct AEGP_TextLayerSuite1 {
     A_Err (*AEGP_GetNumTextOutlines)(AEGP_TextOutlinesH outlinesH, A_long* num_outlinesPL);
     A_Err (*AEGP_GetIndexedTextOutline)(AEGP_TextOutlinesH outlinesH, A_long path_index, PF_PathOutlinePtr* pathPP);
 } AEGP_TextLayerSuite1;
+typedef AEGP_TextLayerSuite1 AEGP_TextLayerSuite2;
 
 #define kPFPathDataSuite "PF Path Data Suite"
 #define kPFPathDataSuiteVersion1 1

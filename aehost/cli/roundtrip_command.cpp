@@ -35,15 +35,14 @@ std::string ShownName(const Project& project, const Layer& layer) {
     return layer.name.empty() && source ? source->name : layer.name;
 }
 
-// Why a layer did not come back. The exporter writes 3D layers only, and no shape layer;
-// the importer makes layers only of cameras, lights and objects that carry the compositing
-// tag, which the exporter never writes, so 3D solids, nulls, footage, precompositions and
-// text stay in the scene but make no layer.
+// Why a layer did not come back. The exporter writes 3D layers only; the importer makes
+// layers only of cameras, lights and objects that carry the compositing tag, which the
+// exporter never writes, so 3D solids, nulls, footage, precompositions, text and shapes stay
+// in the scene but make no layer.
 std::string WhyNotBack(const Layer& layer) {
     const LayerObjectType type = layer.objectType;
     if (type == LayerObjectType::Camera || type == LayerObjectType::Light) return "not exported";
     if (!layer.switches.threeD) return "2D layer";
-    if (type == LayerObjectType::Shape) return "not exported";
     return "no compositing tag";
 }
 

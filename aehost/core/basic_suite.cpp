@@ -50,6 +50,10 @@ const SuiteEntry kSuites[] = {
     {kAEGPLayerMaskSuite, {kAEGPLayerMaskSuiteVersion7}, LayerMaskSuite()},
     {kAEGPMaskOutlineSuite, {kAEGPMaskOutlineSuiteVersion3}, MaskOutlineSuite()},
     {kPFPathDataSuite, {kPFPathDataSuiteVersion1}, PathDataSuite()},
+    {kAEGPShapeLayerSuite, {kAEGPShapeLayerSuiteVersion2, kAEGPShapeLayerSuiteVersion3}, ShapeLayerSuite()},
+    {kAEGPAnimatedShapeSuite, {kAEGPAnimatedShapeSuiteVersion1, kAEGPAnimatedShapeSuiteVersion2}, AnimatedShapeSuite()},
+    {kAEGPGuidSuite, {kAEGPGuidSuiteVersion2}, GuidSuite()},
+    {kAEGPTextLayerSuite, {kAEGPTextLayerSuiteVersion1, kAEGPTextLayerSuiteVersion2}, TextLayerSuite()},
 };
 
 std::string SuiteKey(const char* name, A_long version) { return std::string(name) + " version " + std::to_string(version); }

@@ -17,6 +17,12 @@ std::vector<std::string> ExitProblems() {
         lines.push_back(std::to_string(n) + " mask handle(s) never disposed");
     if (const auto n = g_host.outlines.Entries().size())
         lines.push_back(std::to_string(n) + " mask outline value(s) never disposed");
+    if (const auto n = g_host.shapes.Entries().size())
+        lines.push_back(std::to_string(n) + " shape(s) never disposed");
+    if (const auto n = g_host.shapeOutlines.Entries().size())
+        lines.push_back(std::to_string(n) + " shape item outline list(s) never disposed");
+    if (const auto n = g_host.shapeIdentities.Entries().size())
+        lines.push_back(std::to_string(n) + " shape identity(ies) never disposed");
     if (const auto n = g_host.keyBatches.Entries().size())
         lines.push_back(std::to_string(n) + " keyframe batch(es) never ended");
     if (const auto n = g_host.progress.Entries().size())

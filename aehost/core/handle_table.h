@@ -26,6 +26,7 @@ enum class HandleKind : std::uintptr_t {
     TextDocument = 12,
     Mask = 13,
     Outline = 14,  // outline values and the segment lengths prepared on them
+    Shape = 15,    // evaluated shapes, their items, outline lists and identities
 };
 
 constexpr int kHandleKindBits = 4;

@@ -11,6 +11,7 @@
 
 #include "aehost/core/handle_table.h"
 #include "aehost/model/project.h"
+#include "aehost/model/shape_evaluation.h"
 #include "sdk/aegp.h"
 
 namespace aehost {
@@ -50,6 +51,28 @@ struct SegmentPrep {
     std::uintptr_t outline = 0;
     int segment = 0;
     double length = 0.0;
+};
+
+// A shape layer evaluated at one time, as the shape suites hand it out. Its items are valid
+// while it lives; the handles given for them go with it.
+struct ShapeValue {
+    std::vector<ShapeItem> items;
+    std::vector<std::uintptr_t> itemHandles;
+};
+
+struct ShapeItemRef {
+    std::uintptr_t shape = 0;
+    std::size_t index = 0;
+};
+
+// The contours of an item as outline values, one each, read like text outlines.
+struct ShapeOutlines {
+    std::vector<std::uintptr_t> outlines;
+};
+
+// The identity of a shape's form (ShapeFormIdentity).
+struct ShapeIdentity {
+    std::string form;
 };
 
 // A key waiting for AEGP_EndAddKeyframes; times in the stream's own time.
@@ -167,6 +190,10 @@ struct Host {
     HandleTable<MaskRef> masks{HandleKind::Mask};
     HandleTable<OutlineValue> outlines{HandleKind::Outline};  // mask outline values
     HandleTable<SegmentPrep> segmentPreps{HandleKind::Outline};
+    HandleTable<ShapeValue> shapes{HandleKind::Shape};
+    HandleTable<ShapeItemRef> shapeItems{HandleKind::Shape};
+    HandleTable<ShapeOutlines> shapeOutlines{HandleKind::Shape};
+    HandleTable<ShapeIdentity> shapeIdentities{HandleKind::Shape};
     HandleTable<AddKeyframesBatch> keyBatches{HandleKind::AddKeyframes};
     HandleTable<ProgressDialog> progress{HandleKind::Progress};
 

@@ -27,5 +27,9 @@ const AEGP_TextDocumentSuite1* TextDocumentSuite();
 const AEGP_LayerMaskSuite7* LayerMaskSuite();
 const AEGP_MaskOutlineSuite3* MaskOutlineSuite();
 const PF_PathDataSuite1* PathDataSuite();
+const AEGP_ShapeLayerSuite3* ShapeLayerSuite();
+const AEGP_AnimatedShapeSuite2* AnimatedShapeSuite();
+const AEGP_GuidSuite2* GuidSuite();
+const AEGP_TextLayerSuite2* TextLayerSuite();
 
 }  // namespace aehost

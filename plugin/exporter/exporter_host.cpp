@@ -49,6 +49,22 @@ const AEGP_MaskOutlineSuite3* MaskOutlineSuite3() {
   return FrameSuite<AEGP_MaskOutlineSuite3>(kAEGPMaskOutlineSuite, kAEGPMaskOutlineSuiteVersion3);
 }
 const PF_PathDataSuite1* PathDataSuite1() { return FrameSuite<PF_PathDataSuite1>(kPFPathDataSuite, kPFPathDataSuiteVersion1); }
+const AEGP_ShapeLayerSuite2* ShapeLayerSuite2() {
+  return FrameSuite<AEGP_ShapeLayerSuite2>(kAEGPShapeLayerSuite, kAEGPShapeLayerSuiteVersion2);
+}
+const AEGP_ShapeLayerSuite3* ShapeLayerSuite3() {
+  return FrameSuite<AEGP_ShapeLayerSuite3>(kAEGPShapeLayerSuite, kAEGPShapeLayerSuiteVersion3);
+}
+const AEGP_AnimatedShapeSuite1* AnimatedShapeSuite1() {
+  return FrameSuite<AEGP_AnimatedShapeSuite1>(kAEGPAnimatedShapeSuite, kAEGPAnimatedShapeSuiteVersion1);
+}
+const AEGP_AnimatedShapeSuite2* AnimatedShapeSuite2() {
+  return FrameSuite<AEGP_AnimatedShapeSuite2>(kAEGPAnimatedShapeSuite, kAEGPAnimatedShapeSuiteVersion2);
+}
+const AEGP_GuidSuite2* GuidSuite2() { return FrameSuite<AEGP_GuidSuite2>(kAEGPGuidSuite, kAEGPGuidSuiteVersion2); }
+const AEGP_TextLayerSuite2* TextLayerSuite2() {
+  return FrameSuite<AEGP_TextLayerSuite2>(kAEGPTextLayerSuite, kAEGPTextLayerSuiteVersion2);
+}
 
 AEGP_PluginID PluginId() { return CurrentCTI()->pluginId; }
 

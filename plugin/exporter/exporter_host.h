@@ -19,6 +19,12 @@ const AEGP_TextDocumentSuite1* TextDocumentSuite1();
 const AEGP_LayerMaskSuite7* LayerMaskSuite7();
 const AEGP_MaskOutlineSuite3* MaskOutlineSuite3();
 const PF_PathDataSuite1* PathDataSuite1();
+const AEGP_ShapeLayerSuite2* ShapeLayerSuite2();
+const AEGP_ShapeLayerSuite3* ShapeLayerSuite3();
+const AEGP_AnimatedShapeSuite1* AnimatedShapeSuite1();
+const AEGP_AnimatedShapeSuite2* AnimatedShapeSuite2();
+const AEGP_GuidSuite2* GuidSuite2();
+const AEGP_TextLayerSuite2* TextLayerSuite2();
 
 AEGP_PluginID PluginId();
 

@@ -8,6 +8,7 @@
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
 #include "plugin/exporter/solid_plane.h"
+#include "plugin/exporter/text_shape/shape_layer.h"
 #include "plugin/exporter/text_shape/text_object.h"
 #include "plugin/exporter/track_ops.h"
 #include "plugin/exporter/transform_channels.h"
@@ -111,6 +112,7 @@ bool CreateLayer(AEToOry& exporter, AEGP_LayerH layer, const LayerClass& c, uint
   if (c.objectType == AEGP_ObjectType_TEXT) return CreateTextLayer(exporter, layer, depth, err);
   if (c.objectType == AEGP_ObjectType_VECTOR) {
     ApplyStackingRule(exporter, layer, depth, kShapeLayerStackStep);
+    *err = ExportShapeLayer(exporter, layer);
     return true;
   }
   if (c.objectType != AEGP_ObjectType_AV) return true;

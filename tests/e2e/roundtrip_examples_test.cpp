@@ -10,8 +10,7 @@
 //   for a fast move late in a composition. A thousandth is above both and far below anything
 //   one could see;
 // - 2D layers do not come back: the exporter writes only 3D layers;
-// - shape layers in 3D are not exported;
-// - solids, nulls, footage, precompositions and text in 3D do not come back either: the importer
+// - solids, nulls, footage, precompositions, text and shapes in 3D do not come back either: the importer
 //   makes layers only of cameras, lights and objects that carry the compositing tag, and the
 //   exporter writes no such tag, so these stay in the scene but make no layer.
 //
@@ -72,8 +71,6 @@ ExpectedLayer Expect(const Json::Value& project, const Json::Value& layer) {
     expected.verdict = "ok";
   } else if (!layer.get("threeD", false).asBool()) {
     expected.verdict = "2D layer";
-  } else if (type == "shape") {
-    expected.verdict = "not exported";
   } else {
     expected.verdict = "no compositing tag";
   }

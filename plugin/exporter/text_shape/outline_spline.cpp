@@ -35,6 +35,11 @@ AnimTrack* GetOrCreateShapeCurveTrack(BaseObject* spline) {
   return track;
 }
 
+bool HasShapeCurveTrack(BaseObject* spline) {
+  const ParamId id{&kShapeCurveLevel, 1, 0};
+  return t_ORYOS_Bl->FindTrack(spline, &id) != nullptr;
+}
+
 AnimKey* FindOrAddShapeKey(AnimCurve* curve, const BaseTime& time) {
   if (AnimKey* key = t_ORYOS_CA->FindKey(curve, &time, nullptr, 0)) return key;
   return t_ORYOS_CA->AddKey(curve, &time, nullptr, 0, 0);

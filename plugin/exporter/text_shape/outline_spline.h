@@ -20,6 +20,9 @@ A_Err WriteOutlineContour(PF_PathOutlinePtr path, A_long n, SplineSegment* segme
 // engine cannot make it.
 AnimTrack* GetOrCreateShapeCurveTrack(BaseObject* spline);
 
+// Whether the spline has its "Shape Curve" track (SimplifyTrack may have removed it).
+bool HasShapeCurveTrack(BaseObject* spline);
+
 // The key of a "Shape Curve" curve at `time`, added when there is none yet. A new key starts
 // with copies of the spline's arrays as they stand, so the spline must have its final size
 // before the first key is added. Null when the engine refuses.
