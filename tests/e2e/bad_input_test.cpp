@@ -111,6 +111,13 @@ class BadInput : public ::testing::TestWithParam<BadInputCase> {
     Write("text_position.json",
           RigWith([](Json::Value& rig) { rig["comps"][0]["layers"][0]["transform"]["position"] = "left"; }));
     Write("text_name.json", R"({"document": {"name": 5}})");
+    // A mask without vertices, and path options on a layer that holds no text.
+    Write("empty_mask.json", RigWith([](Json::Value& rig) {
+      rig["comps"][0]["layers"][0]["masks"] = qae_test::ParseJson(R"([{"shape": {"vertices": []}}])");
+    }));
+    Write("path_options.json", RigWith([](Json::Value& rig) {
+      rig["comps"][0]["layers"][0]["pathOptions"] = qae_test::ParseJson(R"({"path": 0})");
+    }));
     Write("too_long.json", RigWith([](Json::Value& rig) { rig["comps"][0]["duration"] = 10801; }));
     BuildScene("long.ory", SceneTiming(25, 250e6));   // 10 million seconds
     BuildScene("fast.ory", SceneTiming(1000000, 19e6));  // 19 s at a million frames a second
@@ -220,6 +227,11 @@ const BadInputCase kCases[] = {
      {"@/too_long.json", "comps[0].duration", "three hours"}},
     {"ExportWrongTypeInLayer", Tool::kAehost, {"export", "@/text_position.json", "--comp", "Rig", "--output", "@/kept.ory"},
      kBadInput, {"@/text_position.json", "transform.position", "expected an array"}},
+    {"ExportEmptyMask", Tool::kAehost, {"export", "@/empty_mask.json", "--comp", "Rig", "--output", "@/kept.ory"},
+     kBadInput, {"@/empty_mask.json", "comps[0].layers[0].masks[0].shape: a mask needs at least one vertex"}},
+    {"ExportPathOptionsWithoutText", Tool::kAehost,
+     {"export", "@/path_options.json", "--comp", "Rig", "--output", "@/kept.ory"}, kBadInput,
+     {"@/path_options.json", "comps[0].layers[0].pathOptions: only text layers have path options"}},
     {"ExportUnknownComp", Tool::kAehost, {"export", Examples("rig.json"), "--comp", "Nope", "--output", "@/kept.ory"},
      kBadInput, {"Nope"}},
     {"ExportUnknownOption", Tool::kAehost, {"export", Examples("rig.json"), "--comp", "Rig", "--output", "@/kept.ory", "--fast"},
