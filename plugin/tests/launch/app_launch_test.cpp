@@ -233,6 +233,14 @@ TEST_F(AppLaunch, ARunningApplicationGetsNoWaitAndComesToTheFront) {
   EXPECT_TRUE(aehost::g_host.transcript.empty());
 }
 
+TEST_F(AppLaunch, WithoutAnEventTheProcessIsTheSignOfTheApplication) {
+  setenv("STANDIN_READY", "never", 1);
+  const std::string program = Install("Vantor Orrery Studio 2027");
+  places.readinessEvent = "/no/such/event";  // a name the system refuses for a semaphore
+  EXPECT_TRUE(OpenInApplication(CurrentCTI(), (root / "a.ory").string(), program, places));
+  EXPECT_TRUE(aehost::g_host.transcript.empty());
+}
+
 TEST_F(AppLaunch, OnlyTheAskedProcessCountsWhenAnIdIsGiven) {
   setenv("STANDIN_READY", "never", 1);
   const std::string program = Install("Vantor Orrery Studio 2027");
