@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 #include "quillon/model/node.h"
@@ -28,5 +29,14 @@ int32_t ElementSizeOf(int32_t tagType);
 Tag* AsTag(Node* node);
 const Tag* AsTag(const Node* node);
 std::unique_ptr<Tag> CloneTag(const Tag& source);
+
+// Element `index` of a variable tag, copied out of its bytes (which need not be aligned for
+// the type): a Vector of points, a SplineTangent, a SplineSegment.
+template <class Element>
+Element ElementAt(const Tag& tag, int32_t index) {
+  Element element;
+  std::memcpy(&element, tag.data.data() + static_cast<std::size_t>(index) * tag.elementSize, sizeof element);
+  return element;
+}
 
 }  // namespace quillon

@@ -78,6 +78,22 @@ std::string ValueText(const DataValue& value, const Document& document) {
   }
 }
 
+// One element of a spline's variable tag: a point, the two tangents of a point, or a segment.
+std::string ElementText(const Tag& tag, std::int32_t index) {
+  const std::string head = std::to_string(index) + ": ";
+  if (tag.type == TagType_Points) return head + VectorText(ElementAt<Vector>(tag, index));
+  if (tag.type == TagType_Tangents) {
+    const auto t = ElementAt<SplineTangent>(tag, index);
+    return head + "left " + VectorText(t.left) + ", right " + VectorText(t.right);
+  }
+  const auto s = ElementAt<SplineSegment>(tag, index);
+  return head + std::to_string(s.count) + (s.count == 1 ? " point, " : " points, ") + (s.closed ? "closed" : "open");
+}
+
+bool ListsElements(const Tag& tag) {
+  return tag.type == TagType_Points || tag.type == TagType_Tangents || tag.type == TagType_Segments;
+}
+
 class TextDump {
  public:
   explicit TextDump(const Document& document) : document_(document) {}
@@ -143,6 +159,8 @@ void TextDump::ObjectTree(const Node& node, int depth) {
   for (const Tag* tag : TagsOf(object)) {
     Line(depth + 1, "tag " + NodeText(*tag) + (tag->elementSize ? ", " + std::to_string(tag->count) + " elements" : ""));
     NodeBody(*tag, depth + 2);
+    if (ListsElements(*tag))
+      for (std::int32_t i = 0; i < tag->count; ++i) Line(depth + 2, ElementText(*tag, i));
   }
   for (const Node* child = node.firstChild; child; child = child->next) ObjectTree(*child, depth + 1);
 }

@@ -1,6 +1,5 @@
 // The document as a JSON scene description. Nodes that links can point at carry a "ref"
 // ("n1", "n2", ... in the order of ForEachNode); links name the ref of their target.
-#include <cstring>
 #include <unordered_map>
 
 #include "plugin/exporter/scene_ids.h"
@@ -54,18 +53,13 @@ Json::Value TimeJson(const BaseTime& t) { return Array({t.numerator, t.denominat
 Json::Value Elements(const quillon::Tag& tag) {
   Json::Value out(Json::arrayValue);
   for (std::int32_t i = 0; i < tag.count; ++i) {
-    const std::byte* at = tag.data.data() + static_cast<std::size_t>(i) * tag.elementSize;
     if (tag.type == TagType_Points) {
-      Vector p;
-      std::memcpy(&p, at, sizeof p);
-      out.append(VectorJson(p));
+      out.append(VectorJson(ElementAt<Vector>(tag, i)));
     } else if (tag.type == TagType_Tangents) {
-      SplineTangent t;
-      std::memcpy(&t, at, sizeof t);
+      const auto t = ElementAt<SplineTangent>(tag, i);
       out.append(Array({t.left.x, t.left.y, t.left.z, t.right.x, t.right.y, t.right.z}));
     } else if (tag.type == TagType_Segments) {
-      SplineSegment s;
-      std::memcpy(&s, at, sizeof s);
+      const auto s = ElementAt<SplineSegment>(tag, i);
       out.append(Array({static_cast<double>(s.count), static_cast<double>(s.closed)}));
     }
   }

@@ -187,6 +187,24 @@ TEST_F(PathText, KeyedMaskShapeGetsPointLevelAnimationWhereItsFormChanges) {
   EXPECT_EQ(SceneParam(Node("Moving Path-Deformer"), 1004)["float"].asDouble(), 0.25);
 }
 
+// The readable dump lists a spline's points, tangents and segments under their tags.
+TEST_F(PathText, TheDumpListsTheSplinesElements) {
+  const auto dumped = qae_test::RunCommand(qae_test::OrytoolPath(), {"dump", dir_ + "/p.ory"});
+  ASSERT_EQ(dumped.exitCode, 0) << dumped.err;
+  EXPECT_NE(dumped.out.find("      Spline \"Curve Path-Path\""), std::string::npos) << dumped.out;
+  EXPECT_NE(dumped.out.find("        tag Points, 2 elements\n"
+                            "          0: (0, 0, 0)\n"
+                            "          1: (100, -100, 0)\n"
+                            "        tag Tangents, 2 elements\n"
+                            "          0: left (0, 0, 0), right (55.19150244935106, 0, 0)\n"
+                            "          1: left (0, 55.19150244935106, 0), right (0, 0, 0)\n"
+                            "        tag Segments, 1 elements\n"
+                            "          0: 2 points, open\n"),
+            std::string::npos)
+      << dumped.out;
+  EXPECT_NE(dumped.out.find("1004 DeformerParam_Offset = float 0.25\n"), std::string::npos) << dumped.out;
+}
+
 TEST_F(PathText, SourceTextKeysBecomeOneTextKeyEach) {
   const Json::Value& text = Node("Changing-Text");
   const Json::Value& track = Track(text, "Text");

@@ -6,11 +6,15 @@
 
 namespace {
 
+// A y of the host turned up; a zero stays a plain zero rather than -0, which reads oddly in
+// a dump and compares the same.
+double Up(double y) { return y == 0.0 ? 0.0 : -y; }
+
 // The host's vertex turned y up: the position and both handles.
 PF_PathVertex FlipY(PF_PathVertex vertex) {
-  vertex.y = -vertex.y;
-  vertex.tan_in_y = -vertex.tan_in_y;
-  vertex.tan_out_y = -vertex.tan_out_y;
+  vertex.y = Up(vertex.y);
+  vertex.tan_in_y = Up(vertex.tan_in_y);
+  vertex.tan_out_y = Up(vertex.tan_out_y);
   return vertex;
 }
 
@@ -42,9 +46,9 @@ void WriteFillers(const PF_PathVertex& from, const PF_PathVertex& to, int32_t fi
 }  // namespace
 
 void WriteMaskVertex(const AEGP_MaskVertex& v, int32_t at, const SplineArrays& arrays) {
-  arrays.points[at] = Vector{v.x, -v.y, 0.0};
-  arrays.tangents[at].left = Vector{v.tan_in_x, -v.tan_in_y, 0.0};
-  arrays.tangents[at].right = Vector{v.tan_out_x, -v.tan_out_y, 0.0};
+  arrays.points[at] = Vector{v.x, Up(v.y), 0.0};
+  arrays.tangents[at].left = Vector{v.tan_in_x, Up(v.tan_in_y), 0.0};
+  arrays.tangents[at].right = Vector{v.tan_out_x, Up(v.tan_out_y), 0.0};
 }
 
 void IncludeOutline(OutlineDims* dims, int32_t contours, int32_t vertices) {
