@@ -31,13 +31,21 @@ double GaussLegendre(const Cubic& c, double from, double to) {
   return half * sum;
 }
 
-// Halves until both halves together give what the whole gave; a cusp, where the speed has a
-// corner, is cut down to depth 30 at most.
-double Adaptive(const Cubic& c, double from, double to, double whole, int depth) {
+// Halving stops where both halves together give what the whole gave, to `tolerance`. A cusp,
+// where the speed has a corner, is cut finer; `splits` bounds the work of a curve that does
+// not settle (numbers near the end of the double range), and a curve of numbers that are not
+// finite stops at once, its length not finite either.
+constexpr int kMaxSplits = 1 << 12;
+constexpr int kMaxDepth = 40;
+
+double Adaptive(const Cubic& c, double from, double to, double whole, double tolerance, int depth, int* splits) {
   const double middle = 0.5 * (from + to);
   const double left = GaussLegendre(c, from, middle), right = GaussLegendre(c, middle, to);
-  if (depth >= 30 || std::fabs(left + right - whole) <= 1e-12 * std::fmax(1.0, std::fabs(whole))) return left + right;
-  return Adaptive(c, from, middle, left, depth + 1) + Adaptive(c, middle, to, right, depth + 1);
+  const bool settled = !(std::fabs(left + right - whole) > tolerance);
+  if (settled || depth >= kMaxDepth || *splits <= 0) return left + right;
+  --*splits;
+  return Adaptive(c, from, middle, left, tolerance, depth + 1, splits) +
+         Adaptive(c, middle, to, right, tolerance, depth + 1, splits);
 }
 
 Point2 At(const PathVertex& v) { return {v.x, v.y}; }
@@ -46,7 +54,9 @@ Point2 At(const PathVertex& v) { return {v.x, v.y}; }
 
 double CubicLength(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& p3) {
   const Cubic c{{p0, p1, p2, p3}};
-  return Adaptive(c, 0.0, 1.0, GaussLegendre(c, 0.0, 1.0), 0);
+  const double whole = GaussLegendre(c, 0.0, 1.0);
+  int splits = kMaxSplits;
+  return Adaptive(c, 0.0, 1.0, whole, 1e-12 * std::fmax(1.0, std::fabs(whole)), 0, &splits);
 }
 
 int SegmentCount(const PathShape& shape) {

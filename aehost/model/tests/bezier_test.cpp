@@ -68,5 +68,13 @@ TEST(Bezier, CurveWithTurnsAndCuspsConverges) {
   EXPECT_NEAR(CubicLength({0, 0}, {100, 0}, {-50, 0}, {50, 0}), travelled, 1e-9);
 }
 
+// Work is bounded whatever the numbers: coordinates near the end of the double range, whose
+// speed overflows, and ones that are not finite end at once with a length that is not finite.
+TEST(Bezier, NumbersAtTheEndsOfTheRangeEndQuickly) {
+  EXPECT_FALSE(std::isfinite(CubicLength({0, 0}, {1e308, 0}, {-1e308, 1e308}, {1e308, -1e308})));
+  EXPECT_TRUE(std::isnan(CubicLength({0, 0}, {NAN, 0}, {0, 0}, {1, 1})));
+  EXPECT_NEAR(CubicLength({0, 0}, {1e150, 0}, {0, 1e150}, {1e150, 1e150}), 1.6765426274202878e150, 1e140);
+}
+
 }  // namespace
 }  // namespace aehost
