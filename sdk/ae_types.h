@@ -80,6 +80,13 @@ typedef struct PF_PathOutline* PF_PathOutlinePtr;
 typedef struct PF_PathSegPrep* PF_PathSegPrepPtr;
 typedef struct PF_ProgressInfo* PF_ProgPtr;
 
+/* The input record of a call through an effect, as far as the plug-in reads it: the time
+   base of the layer the effect sits on (one frame is time_step units of time_scale). */
+typedef struct PF_InData {
+    A_long time_step;
+    A_u_long time_scale;
+} PF_InData;
+
 /* Refcons the plug-in hands to the host and gets back in its hooks. */
 typedef void* AEGP_GlobalRefcon;
 typedef void* AEGP_CommandRefcon;

@@ -29,6 +29,11 @@ struct GeneralCall {
   ProgressCallback* progressCallback;
 };
 
+// What a call through an effect brings along: the host's input record of that call.
+struct EffectCall {
+  const PF_InData* inData;
+};
+
 struct FrameError {
   int32_t code;
   std::string text;  // UTF-8
@@ -51,7 +56,7 @@ struct CTI : SuiteHandler {
   // Shows a text to the user at once; an empty text shows nothing.
   void ReportMessage(const std::u16string& text);
 
-  void* effectCall = nullptr;  // never set by this plug-in's hooks
+  EffectCall* effectCall = nullptr;  // never set by this plug-in's hooks
   GeneralCall* generalCall = nullptr;
   std::vector<FrameError> errors;
   AEGP_PluginID pluginId;

@@ -124,9 +124,13 @@ bool CompositionFrameFits(double width, double height, double pixelAspect) {
 
 uint32_t ImportTimeScale(double frameRate) { return static_cast<uint32_t>(static_cast<int32_t>(frameRate * 100.0)); }
 
+BaseTime DocumentRangeStart(BaseDocument* document, int32_t sequenceMode) {
+  return ContainerTime(document, sequenceMode == kSequencePreviewRange ? DocParam_LoopMinTime : DocParam_MinTime);
+}
+
 void GetDocumentFrameRange(BaseDocument* document, int32_t sequenceMode, int32_t* frames, int32_t* startFrame) {
   const bool preview = sequenceMode == kSequencePreviewRange;
-  const BaseTime first = ContainerTime(document, preview ? DocParam_LoopMinTime : DocParam_MinTime);
+  const BaseTime first = DocumentRangeStart(document, sequenceMode);
   const BaseTime last = ContainerTime(document, preview ? DocParam_LoopMaxTime : DocParam_MaxTime);
   const double fps = ContainerInt32(document, DocParam_Fps, 0);
   *startFrame = SceneFrame(first, fps);

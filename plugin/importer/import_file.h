@@ -18,6 +18,8 @@ bool ImportSceneFile(CTI* cti, const Filename& file);
 // group that ImportSceneFile closes.
 bool BuildComposition(CTI* cti, const std::string& fileLeaf, BaseDocument* document);
 
+// The first moment of the document's range (of the preview range when `sequenceMode` is 3).
+BaseTime DocumentRangeStart(BaseDocument* document, int32_t sequenceMode);
 // The document's range (the preview range when `sequenceMode` is 3) in whole frames of the
 // document's own rate.
 void GetDocumentFrameRange(BaseDocument* document, int32_t sequenceMode, int32_t* frames, int32_t* startFrame);

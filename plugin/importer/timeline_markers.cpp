@@ -6,7 +6,6 @@
 #include "plugin/exporter/scene_params.h"
 #include "plugin/host/plugin_globals.h"
 #include "plugin/importer/import_file.h"
-#include "plugin/importer/import_session.h"
 #include "plugin/importer/scene_read.h"
 #include "plugin/text/encodings.h"
 
@@ -63,14 +62,20 @@ std::u16string Comment(CTI* cti, AEGP_MarkerValP marker) {
   return text;
 }
 
-A_Err MakeHostMarker(CTI* cti, TimelineMarker* sceneMarker, AEGP_MarkerValP* marker, double frameRate,
-                     uint32_t scale) {
+// The host's time base of the marker stream: frames of `frameRate`, each `step` units of `scale`.
+struct HostTimeBase {
+  double frameRate;
+  A_long step;
+  A_u_long scale;
+};
+
+A_Err MakeHostMarker(CTI* cti, TimelineMarker* sceneMarker, AEGP_MarkerValP* marker, const HostTimeBase& base) {
   std::u16string note;
   const bool hasNote = ReadNote(sceneMarker, &note);
   const std::u16string text = MarkerComment(DecodeUtf8(NodeName(sceneMarker)), hasNote ? &note : nullptr);
   const BaseTime length =
       ContainerHas(sceneMarker, MarkerParam_Length) ? ContainerTime(sceneMarker, MarkerParam_Length) : BaseTime(0, 1);
-  const A_Time duration{SceneFrame(length, frameRate) * 100, scale};
+  const A_Time duration{SceneFrame(length, base.frameRate) * base.step, base.scale};
   const auto* markers = MarkerSuite(cti);
   if (!*marker && (markers->AEGP_NewMarker(marker) || !*marker)) {
     cti->AddError(kMarkerNotMade, "ExtractORYTimelineMarkers failed to create an AE Timeline marker.");
@@ -223,30 +228,51 @@ A_Err ExtractORYTimelineMarkers(CTI* cti, BaseDocument* document) {
     cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed, file pointer is null.");
     return kMarkerFailed;
   }
-  const MarkerLibrary* library = Markers();
-  TimelineMarker* marker = library ? library->GetFirstMarker(document) : nullptr;
-  if (!marker) return A_Err_NONE;
-  const AEGP_CompH composition = g_importSession.composition;
-  if (!composition) {
+  const auto* layers = cti->Suite<AEGP_LayerSuite14>(kAEGPLayerSuite, kAEGPLayerSuiteVersion14);
+  AEGP_LayerH layer = nullptr;
+  if (const A_Err err = layers->AEGP_GetActiveLayer(&layer)) return err;
+  if (!layer) return A_Err_NONE;
+  AEGP_CompH composition = nullptr;
+  if (layers->AEGP_GetLayerParentComp(layer, &composition) || !composition) {
     cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed to locate the current composition.");
     return kMarkerFailed;
   }
-  const auto* comps = cti->Suite<AEGP_CompSuite19>(kAEGPCompSuite, kAEGPCompSuiteVersion19);
   A_FpLong frameRate = 25.0;
+  const A_Err rateErr = cti->Suite<AEGP_CompSuite21>(kAEGPCompSuite, kAEGPCompSuiteVersion21)
+                            ->AEGP_GetCompFramerate(composition, &frameRate);
+  const MarkerLibrary* library = Markers();
+  TimelineMarker* marker = library ? library->GetFirstMarker(document) : nullptr;
+  if (!marker) return rateErr;
+  // The host's time base comes only with a call through an effect; the hooks have none. It is
+  // asked for before the stream, so that a hook's call ends without a stream it would have to
+  // leave open, and the import still reports success.
+  const PF_InData* inData = cti->effectCall ? cti->effectCall->inData : nullptr;
+  if (!inData) {
+    cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed. PF_InData was not found.");
+    return kMarkerFailed;
+  }
   AEGP_StreamRefH stream = nullptr;
-  if (comps->AEGP_GetCompFramerate(composition, &frameRate) ||
-      comps->AEGP_GetNewCompMarkerStream(g_pluginId, composition, &stream) || !stream) {
+  if (rateErr ||
+      cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9)
+          ->AEGP_GetNewLayerStream(g_pluginId, layer, AEGP_LayerStream_MARKER, &stream) ||
+      !stream) {
     cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed to acquire the layers marker stream.");
     return kMarkerFailed;
   }
-  // Composition markers use the import's own time base: one frame is 100 units.
-  const uint32_t scale = ImportTimeScale(frameRate);
+  // Frame 0 of the imported composition shows the document's first frame, so a marker lands
+  // as far after the layer's start as it stands after the document's.
+  RenderData* settings = t_ORYOS_Bd->GetActiveSettings(document);
+  const int32_t firstFrame = SceneFrame(
+      DocumentRangeStart(document, settings ? ContainerInt32(settings, RenderParam_FrameSequence, 0) : 0), frameRate);
+  const HostTimeBase base{frameRate, inData->time_step, inData->time_scale};
   A_Err err = A_Err_NONE;
   for (; marker && !err; marker = static_cast<TimelineMarker*>(t_ORYOS_At->GetNext(marker))) {
     if (!ContainerHas(marker, MarkerParam_Time)) continue;
-    const A_Time time{SceneFrame(ContainerTime(marker, MarkerParam_Time), frameRate) * 100, scale};
+    const A_Time time{(SceneFrame(ContainerTime(marker, MarkerParam_Time), frameRate) - firstFrame) *
+                          inData->time_step,
+                      inData->time_scale};
     AEGP_MarkerValP hostMarker = nullptr;
-    if (MakeHostMarker(cti, marker, &hostMarker, frameRate, scale)) {
+    if (MakeHostMarker(cti, marker, &hostMarker, base)) {
       if (hostMarker) MarkerSuite(cti)->AEGP_DisposeMarker(hostMarker);
       cti->AddError(kMarkerFailed, "ExtractORYTimelineMarkers failed. An error occurred during marker creation.");
       err = kMarkerFailed;
@@ -256,7 +282,7 @@ A_Err ExtractORYTimelineMarkers(CTI* cti, BaseDocument* document) {
       err = InsertMarker(cti, stream, time, hostMarker);
     }
   }
-  const A_Err disposed = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9)
-                             ->AEGP_DisposeStream(stream);
-  return err ? err : disposed;
+  // After a failure the stream stays with the host, as a failed host call leaves it.
+  if (!err) err = cti->Suite<AEGP_StreamSuite9>(kAEGPStreamSuite, kAEGPStreamSuiteVersion9)->AEGP_DisposeStream(stream);
+  return err;
 }

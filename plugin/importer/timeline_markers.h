@@ -1,7 +1,8 @@
 #pragma once
-// Timeline markers both ways. On import the document's markers become markers of the
-// imported composition; a marker equal in time, length and comment to one already there is
-// left out. On export the markers of the composition and of each layer join the document's
+// Timeline markers both ways. On import the document's markers go to the marker stream of
+// the host's active layer, on the time base of the effect call that the frame came through
+// (a hook's frame has none, so there the pass ends without a marker); a marker equal in time,
+// length and comment to one already there is left out. On export the markers of the composition and of each layer join the document's
 // marker list. A marker's name and note share one comment, divided by a line feed.
 #include "plugin/engine/engine_tables.h"
 #include "plugin/host/cti.h"

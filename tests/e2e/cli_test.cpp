@@ -167,7 +167,8 @@ TEST_F(Cli, ImportPrintsOneLineOfWhatItBuilt) {
   ASSERT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(run.out, "imported " + In("moves.ory") +
                          ": folder \"Moves\", composition \"Moves\" 640x360, 25 fps, 0.2 s (5 frames), folder "
-                         "\"Solids\"; 3 layers (1 camera, 1 null, 1 solid), 0 keyframes, 1 marker\n");
+                         "\"Solids\"; 3 layers (1 camera, 1 null, 1 solid), 0 keyframes, 0 markers\n");
+  // The scene's marker goes only to an active layer, and only through an effect's call.
 
   // Into a project that holds a composition already: its two layers, two keys and marker
   // are not what the import built.
@@ -176,7 +177,7 @@ TEST_F(Cli, ImportPrintsOneLineOfWhatItBuilt) {
   ASSERT_EQ(into.exitCode, 0) << into.err;
   EXPECT_EQ(into.out, "imported " + In("moves.ory") +
                           ": folder \"Moves\", composition \"Moves\" 640x360, 25 fps, 0.2 s (5 frames), folder "
-                          "\"Solids\"; 3 layers (1 camera, 1 null, 1 solid), 0 keyframes, 1 marker\n");
+                          "\"Solids\"; 3 layers (1 camera, 1 null, 1 solid), 0 keyframes, 0 markers\n");
 }
 
 TEST_F(Cli, ImportCountsTheKeyframesThatTheSavedProjectHolds) {
@@ -252,7 +253,6 @@ TEST_F(Cli, VerboseTracesTheStepsOnStandardError) {
                              "trace: made camera \"Cam\" in composition \"Moves\"\n",
                              "trace: made solid \"Card\" in composition \"Moves\"\n",
                              "trace: made null \"Mover\" in composition \"Moves\"\n",
-                             "trace: marker inserted at 0.08 s in markers of composition \"Moves\"\n",
                              "trace: project saved to " + In("moves.project.json") + "\n"});
   EXPECT_FALSE(Contains(imported.err, "Left behind")) << imported.err;
 

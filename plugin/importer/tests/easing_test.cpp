@@ -24,10 +24,11 @@
 #include "plugin/importer/easing_fit.h"
 #include "plugin/importer/easing_script.h"
 #include "plugin/importer/import_session.h"
+#include "plugin/importer/tests/in_process_host.h"
 
 namespace {
 
-constexpr AEGP_PluginID kPlugin = 3;
+constexpr AEGP_PluginID kPlugin = qae_test::kInProcessPlugin;
 constexpr int kFps = 25;
 
 TEST(KeyEaseScript, IsTheTextTheHostExpects) {
@@ -56,17 +57,10 @@ TEST(KeyEaseScript, IsTheTextTheHostExpects) {
 
 class EasingFit : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    std::u16string path = u"" QAE_ENGINE_DIR "/";
-    ASSERT_TRUE(StartEngine(path));
-    ASSERT_TRUE(WaitUntilQuillonIsRunning(60));
-  }
+  static void SetUpTestSuite() { qae_test::StartTestEngine(); }
 
   void SetUp() override {
-    aehost::ResetHost();
-    project = aehost::NewProject();
-    aehost::g_host.project = &project;
-    aehost::g_host.plugins.push_back({kPlugin, "quillon", nullptr});
+    qae_test::ResetHostWithPlugin(project);
     comp = &aehost::AddComp(project, "Main", 1920, 1080, 1.0, 10.0, kFps);
     layer = &aehost::AddNullLayer(project, *comp, "Mover");
     layer->switches.threeD = true;
