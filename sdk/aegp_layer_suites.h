@@ -114,7 +114,41 @@ typedef struct AEGP_TextLayerSuite1 {
     A_Err (*AEGP_GetNumTextOutlines)(AEGP_TextOutlinesH outlinesH, A_long* num_outlinesPL);
     A_Err (*AEGP_GetIndexedTextOutline)(AEGP_TextOutlinesH outlinesH, A_long path_index, PF_PathOutlinePtr* pathPP);
 } AEGP_TextLayerSuite1;
-typedef AEGP_TextLayerSuite1 AEGP_TextLayerSuite2;
+
+/* One character of a laid-out text at a time, as the character suite reads it. */
+typedef struct AEGP_TextCharacter* AEGP_TextCharacterH;
+
+/* Version 2 is version 1 with the characters of the layout, reached by their place in the
+   table. Characters are counted from 0 in the source text at the time, line breaks included;
+   times are layer times. A character's outlines are disposed with AEGP_DisposeTextOutlines. */
+typedef struct AEGP_TextLayerSuite2 {
+    A_Err (*AEGP_GetNewTextOutlines)(AEGP_LayerH layerH, const A_Time* layer_timeP,
+                                     AEGP_TextOutlinesH* outlinesPH);
+    A_Err (*AEGP_DisposeTextOutlines)(AEGP_TextOutlinesH outlinesH);
+    A_Err (*AEGP_GetNumTextOutlines)(AEGP_TextOutlinesH outlinesH, A_long* num_outlinesPL);
+    A_Err (*AEGP_GetIndexedTextOutline)(AEGP_TextOutlinesH outlinesH, A_long path_index, PF_PathOutlinePtr* pathPP);
+    A_Err (*GetCharacterCount)(AEGP_LayerH layerH, const A_Time* layer_timeP, A_long* countPL);
+    A_Err (*GetCharacterAt)(AEGP_LayerH layerH, const A_Time* layer_timeP, A_long indexL,
+                            AEGP_TextCharacterH* characterPH);
+    A_Err (*DisposeCharacter)(AEGP_TextCharacterH characterH);
+    A_Err (*GetCharacterOutlines)(AEGP_LayerH layerH, const A_Time* layer_timeP, A_long indexL,
+                                  AEGP_TextOutlinesH* outlinesPH);
+} AEGP_TextLayerSuite2;
+
+#define kAEGPTextLayerCharacterSuite "AEGP Text Layer Character Suite"
+#define kAEGPTextLayerCharacterSuiteVersion1 1
+
+/* Row vectors in the plane: a point p maps to p * mat, the translation is row 2. */
+typedef struct A_Matrix3 {
+    A_FpLong mat[3][3];
+} A_Matrix3;
+
+/* A character's transform within its layer: the 3x3 is the transform in the plane, the 4x4
+   the whole one, whose element [3][2] is the character's depth. */
+typedef struct AEGP_TextLayerCharacterSuite1 {
+    A_Err (*GetCharacterMatrix3)(AEGP_TextCharacterH characterH, A_Matrix3* matrixP);
+    A_Err (*GetCharacterMatrix4)(AEGP_TextCharacterH characterH, A_Matrix4* matrixP);
+} AEGP_TextLayerCharacterSuite1;
 
 #define kPFPathDataSuite "PF Path Data Suite"
 #define kPFPathDataSuiteVersion1 1

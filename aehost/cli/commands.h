@@ -51,6 +51,18 @@ struct XformOptions {
 };
 CLI::App* AddXformCommand(CLI::App& app, XformOptions& options);
 int RunXform(const XformOptions& options);
+// Whether the host's time can carry a composition frame.
+bool IsRepresentableFrame(double frame);
+// A command on one layer at one frame, with the options of xform.
+CLI::App* AddLayerAtFrameCommand(CLI::App& app, const std::string& name, const std::string& description,
+                                 XformOptions& options);
+// The project, and the composition and layer named on the command line with a frame the
+// host's time carries; kExitOk, or the exit code of a bad input after a message naming it.
+int ReadLayerAtFrame(const XformOptions& options, Project& project, const Item** comp, const Layer** layer);
+
+using OutlinesOptions = XformOptions;
+CLI::App* AddOutlinesCommand(CLI::App& app, OutlinesOptions& options);
+int RunOutlines(const OutlinesOptions& options);
 
 struct EvalOptions {
     std::string project;

@@ -16,12 +16,14 @@ int main(int argc, char** argv) {
     aehost::MenuOptions menuOptions;
     aehost::RoundtripOptions roundtripOptions;
     aehost::EvalOptions evalOptions;
+    aehost::OutlinesOptions outlinesOptions;
     CLI::App* exportCommand = aehost::AddExportCommand(app, exportOptions);
     CLI::App* importCommand = aehost::AddImportCommand(app, importOptions);
     CLI::App* xformCommand = aehost::AddXformCommand(app, xformOptions);
     CLI::App* menuCommand = aehost::AddMenuCommand(app, menuOptions);
     CLI::App* roundtripCommand = aehost::AddRoundtripCommand(app, roundtripOptions);
     CLI::App* evalCommand = aehost::AddEvalCommand(app, evalOptions);
+    CLI::App* outlinesCommand = aehost::AddOutlinesCommand(app, outlinesOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ExcludesError&) {
@@ -34,7 +36,7 @@ int main(int argc, char** argv) {
         // saying that a command is missing.
         if (app.get_subcommands().empty() && !app.remaining().empty()) {
             aehost::HostError("unknown command \"" + app.remaining().front() +
-                              "\"; the commands are export, import, xform, menu, roundtrip and eval");
+                              "\"; the commands are export, import, xform, menu, roundtrip, eval and outlines");
             return aehost::kExitBadInput;
         }
         const int code = app.exit(e);
@@ -48,6 +50,7 @@ int main(int argc, char** argv) {
         if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
         if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
     if (evalCommand->parsed()) return aehost::RunEval(evalOptions);
+        if (outlinesCommand->parsed()) return aehost::RunOutlines(outlinesOptions);
     } catch (const std::bad_alloc&) {
         aehost::HostError("out of memory while running " + app.get_subcommands().front()->get_name());
         return aehost::kExitFailed;

@@ -40,11 +40,6 @@ void PrintMatrix(const XformOptions& options, double seconds, const A_Matrix4& m
     std::cout << '\n';
 }
 
-// A frame the host's time can carry: one frame is 100 units of a 32-bit count.
-bool IsRepresentableFrame(double frame) {
-    return std::isfinite(frame) && std::fabs(frame) * 100.0 <= std::numeric_limits<A_long>::max();
-}
-
 bool IsFinite(const A_Matrix4& m) {
     for (const auto& row : m.mat)
         for (double v : row)
@@ -54,8 +49,42 @@ bool IsFinite(const A_Matrix4& m) {
 
 }  // namespace
 
-CLI::App* AddXformCommand(CLI::App& app, XformOptions& options) {
-    CLI::App* command = app.add_subcommand("xform", "print a layer's layer-to-world matrix at a frame as JSON");
+// One frame is 100 units of a 32-bit count.
+bool IsRepresentableFrame(double frame) {
+    return std::isfinite(frame) && std::fabs(frame) * 100.0 <= std::numeric_limits<A_long>::max();
+}
+
+int ReadLayerAtFrame(const XformOptions& options, Project& project, const Item** comp, const Layer** layer) {
+    if (int code = ReadProjectFile(options.project, project)) return code;
+    const std::string& compName = options.comp;
+    const std::string& layerName = options.layer;
+    const double frame = options.frame;
+    *comp = FindComp(project, compName);
+    if (!*comp) {
+        HostError("the project has no composition named \"" + compName + "\"");
+        return kExitBadInput;
+    }
+    *layer = FindLayerByName(project, **comp, layerName);
+    if (!*layer) {
+        HostError("composition \"" + compName + "\" has no layer named \"" + layerName + "\"");
+        return kExitBadInput;
+    }
+    if ((*comp)->frameRate <= 0.0) {
+        HostError("composition \"" + compName + "\" has no frame rate");
+        return kExitBadInput;
+    }
+    if (!IsRepresentableFrame(frame)) {
+        const std::string last = std::to_string(std::numeric_limits<A_long>::max() / 100);
+        HostError("--frame " + ShortNumber(frame) +
+                  " is not a frame the host's time carries: give a finite frame between -" + last + " and " + last);
+        return kExitBadInput;
+    }
+    return kExitOk;
+}
+
+CLI::App* AddLayerAtFrameCommand(CLI::App& app, const std::string& name, const std::string& description,
+                                 XformOptions& options) {
+    CLI::App* command = app.add_subcommand(name, description);
     command->add_option("project", options.project, "project description (JSON)")->required()->check(CLI::ExistingFile);
     command->add_option("--comp", options.comp, "the composition")->required();
     command->add_option("--layer", options.layer, "the layer, by the name the timeline shows (the topmost of several)")
@@ -64,29 +93,15 @@ CLI::App* AddXformCommand(CLI::App& app, XformOptions& options) {
     return command;
 }
 
+CLI::App* AddXformCommand(CLI::App& app, XformOptions& options) {
+    return AddLayerAtFrameCommand(app, "xform", "print a layer's layer-to-world matrix at a frame as JSON", options);
+}
+
 int RunXform(const XformOptions& options) {
     Project project;
-    if (int code = ReadProjectFile(options.project, project)) return code;
-    const Item* comp = FindComp(project, options.comp);
-    if (!comp) {
-        HostError("the project has no composition named \"" + options.comp + "\"");
-        return kExitBadInput;
-    }
-    const Layer* layer = FindLayerByName(project, *comp, options.layer);
-    if (!layer) {
-        HostError("composition \"" + options.comp + "\" has no layer named \"" + options.layer + "\"");
-        return kExitBadInput;
-    }
-    if (comp->frameRate <= 0.0) {
-        HostError("composition \"" + options.comp + "\" has no frame rate");
-        return kExitBadInput;
-    }
-    if (!IsRepresentableFrame(options.frame)) {
-        const std::string last = std::to_string(std::numeric_limits<A_long>::max() / 100);
-        HostError("--frame " + ShortNumber(options.frame) +
-                  " is not a frame the host's time carries: give a finite frame between -" + last + " and " + last);
-        return kExitBadInput;
-    }
+    const Item* comp = nullptr;
+    const Layer* layer = nullptr;
+    if (int code = ReadLayerAtFrame(options, project, &comp, &layer)) return code;
     g_host.project = &project;
     InstallExpressionEngine();
     const A_Time time = ToATime(options.frame / comp->frameRate, CompTimeScale(*comp));

@@ -7,6 +7,7 @@
 #include "aehost/core/memory_suite.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/text_character_suites.h"
 
 namespace aehost {
 
@@ -54,6 +55,7 @@ const SuiteEntry kSuites[] = {
     {kAEGPAnimatedShapeSuite, {kAEGPAnimatedShapeSuiteVersion1, kAEGPAnimatedShapeSuiteVersion2}, AnimatedShapeSuite()},
     {kAEGPGuidSuite, {kAEGPGuidSuiteVersion2}, GuidSuite()},
     {kAEGPTextLayerSuite, {kAEGPTextLayerSuiteVersion1, kAEGPTextLayerSuiteVersion2}, TextLayerSuite()},
+    {kAEGPTextLayerCharacterSuite, {kAEGPTextLayerCharacterSuiteVersion1}, TextLayerCharacterSuite()},
 };
 
 std::string SuiteKey(const char* name, A_long version) { return std::string(name) + " version " + std::to_string(version); }

@@ -23,6 +23,8 @@ std::vector<std::string> ExitProblems() {
         lines.push_back(std::to_string(n) + " shape item outline list(s) never disposed");
     if (const auto n = g_host.shapeIdentities.Entries().size())
         lines.push_back(std::to_string(n) + " shape identity(ies) never disposed");
+    if (const auto n = g_host.textCharacters.Entries().size())
+        lines.push_back(std::to_string(n) + " text character(s) never disposed");
     if (const auto n = g_host.keyBatches.Entries().size())
         lines.push_back(std::to_string(n) + " keyframe batch(es) never ended");
     if (const auto n = g_host.progress.Entries().size())

@@ -12,6 +12,7 @@
 #include "aehost/core/handle_table.h"
 #include "aehost/model/project.h"
 #include "aehost/model/shape_evaluation.h"
+#include "aehost/model/text_characters.h"
 #include "sdk/aegp.h"
 
 namespace aehost {
@@ -194,6 +195,7 @@ struct Host {
     HandleTable<ShapeItemRef> shapeItems{HandleKind::Shape};
     HandleTable<ShapeOutlines> shapeOutlines{HandleKind::Shape};
     HandleTable<ShapeIdentity> shapeIdentities{HandleKind::Shape};
+    HandleTable<TextCharacter> textCharacters{HandleKind::Shape};  // characters of a laid-out text
     HandleTable<AddKeyframesBatch> keyBatches{HandleKind::AddKeyframes};
     HandleTable<ProgressDialog> progress{HandleKind::Progress};
 

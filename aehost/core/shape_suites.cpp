@@ -2,12 +2,13 @@
 // into the items the host draws (aehost/model/shape_evaluation.h), the contours and colour of
 // an item, and an identity that is equal for two shapes exactly when their forms are. The
 // contours of an item come as outline values that the path data suite reads, listed in a
-// handle that the text layer suite's outline calls count and index; text layers have no
-// outlines laid out by this host. An item handle lives as long as its shape.
+// handle that the text layer suite's outline calls count and index, as the outlines of text
+// characters are (text_character_suites.h). An item handle lives as long as its shape.
 #include "aehost/core/host_time.h"
 #include "aehost/core/outline_values.h"
 #include "aehost/core/suite_call.h"
 #include "aehost/core/suites.h"
+#include "aehost/core/text_character_suites.h"
 
 namespace aehost {
 
@@ -171,14 +172,6 @@ const AEGP_GuidSuite2 g_guidSuite = {Reserved, CompareIdentity, DisposeIdentity}
 
 // --- text layer outlines ------------------------------------------------------------
 
-A_Err GetNewTextOutlines(AEGP_LayerH, const A_Time*, AEGP_TextOutlinesH* outlinesPH) {
-    return GuardCall("AEGP_GetNewTextOutlines", [&]() -> A_Err {
-        AEHOST_REQUIRE_OUT("AEGP_GetNewTextOutlines", outlinesPH);
-        *outlinesPH = nullptr;
-        return Refuse("AEGP_GetNewTextOutlines", "this host lays out no text outlines", A_Err_GENERIC);
-    });
-}
-
 A_Err GetNumTextOutlines(AEGP_TextOutlinesH outlinesH, A_long* num_outlinesPL) {
     return GuardCall("AEGP_GetNumTextOutlines", [&]() -> A_Err {
         AEHOST_REQUIRE_OUT("AEGP_GetNumTextOutlines", num_outlinesPL);
@@ -204,8 +197,9 @@ A_Err GetIndexedTextOutline(AEGP_TextOutlinesH outlinesH, A_long path_index, PF_
     });
 }
 
-const AEGP_TextLayerSuite2 g_textLayerSuite = {GetNewTextOutlines, DisposeItemOutlines, GetNumTextOutlines,
-                                               GetIndexedTextOutline};
+const AEGP_TextLayerSuite2 g_textLayerSuite = {GetNewTextOutlines,   DisposeItemOutlines, GetNumTextOutlines,
+                                               GetIndexedTextOutline, GetCharacterCount,   GetCharacterAt,
+                                               DisposeCharacter,      GetCharacterOutlines};
 
 }  // namespace
 

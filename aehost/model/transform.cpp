@@ -137,6 +137,13 @@ Matrix4 LookAt(const Value& position, const Value& target) {
   return out;
 }
 
+Value LayerPosition(const Project& project, const Item& comp, const Layer& layer, double compTime) {
+  if (!layer.positionSeparated) return EvaluateStream(project, comp, layer, LayerStream::Position, compTime);
+  return MakeValue(EvaluateStream(project, comp, layer, LayerStream::XPosition, compTime)[0],
+                   EvaluateStream(project, comp, layer, LayerStream::YPosition, compTime)[0],
+                   EvaluateStream(project, comp, layer, LayerStream::ZPosition, compTime)[0]);
+}
+
 Matrix4 LayerToParent(const Project& project, const Item& comp, const Layer& layer,
                       double compTime) {
   auto value = [&](LayerStream id) {
@@ -145,10 +152,7 @@ Matrix4 LayerToParent(const Project& project, const Item& comp, const Layer& lay
   };
   const bool cameraOrLight = IsCameraOrLight(layer);
   const bool threeD = cameraOrLight || layer.switches.threeD;
-  Value position = layer.positionSeparated ? MakeValue(value(LayerStream::XPosition)[0],
-                                                       value(LayerStream::YPosition)[0],
-                                                       value(LayerStream::ZPosition)[0])
-                                            : value(LayerStream::Position);
+  Value position = LayerPosition(project, comp, layer, compTime);
   Value orientation;
   double rx = 0.0, ry = 0.0;
   if (threeD) {

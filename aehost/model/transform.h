@@ -28,6 +28,9 @@ Matrix4 LayerRotation(const Value& orientation, double rx, double ry, double rz)
 // its z axis points at the target, its x axis stays level (y is down).
 Matrix4 LookAt(const Value& position, const Value& target);
 
+// The layer's position at composition time `compTime`, from its followers when separated.
+Value LayerPosition(const Project& project, const Item& comp, const Layer& layer, double compTime);
+
 // The layer's own matrix, without its parent: from layer space (pixels of
 // the source, origin top left) to the space its position lives in.
 Matrix4 LayerToParent(const Project& project, const Item& comp, const Layer& layer,
