@@ -28,10 +28,30 @@ constexpr int32_t kFullImportLoadFlags = 67;
 constexpr int32_t kSequencePreviewRange = 3;
 constexpr char kUnnamedDocument[] = "ORY Document";
 
-std::u16string PathText(const A_UTF16Char* path) {
-  std::u16string text;
-  for (const A_UTF16Char* at = path; *at; ++at) text.push_back(static_cast<char16_t>(*at));
-  return text;
+bool IsHighSurrogate(A_UTF16Char unit) { return unit >= 0xD800 && unit < 0xDC00; }
+bool IsLowSurrogate(A_UTF16Char unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
+// The host's UTF-16 path as the file system's UTF-8. A surrogate pair is one character of
+// the name, so it becomes one four-byte sequence; the plug-in's text conversion works unit by
+// unit, which would name another file.
+std::string PathUtf8(const A_UTF16Char* path) {
+  std::string bytes;
+  std::u16string run;
+  for (const A_UTF16Char* at = path; *at; ++at) {
+    if (!IsHighSurrogate(at[0]) || !IsLowSurrogate(at[1])) {
+      run.push_back(static_cast<char16_t>(*at));
+      continue;
+    }
+    bytes += EncodeUtf8(run);
+    run.clear();
+    const uint32_t character = 0x10000 + ((at[0] - 0xD800u) << 10) + (at[1] - 0xDC00u);
+    bytes += static_cast<char>(0xF0 | (character >> 18));
+    bytes += static_cast<char>(0x80 | ((character >> 12) & 0x3F));
+    bytes += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
+    bytes += static_cast<char>(0x80 | (character & 0x3F));
+    ++at;
+  }
+  return bytes + EncodeUtf8(run);
 }
 
 struct LoadedDocument {
@@ -179,15 +199,14 @@ bool ImportSceneFile(CTI* cti, const Filename& file) {
     return false;
   }
   bool result = BuildComposition(cti, LeafOf(file), loaded.document);
-  // Without a composition there is nothing to put layers or markers into.
   if (result && !WalkDocument(loaded.document)) {
     LogEvent("ImportSceneFile", "the engine did not evaluate the document");
     result = false;
   }
-  if (result) {
-    ConvertViewCamera(loaded.document);
-    ExtractORYTimelineMarkers(cti, loaded.document);
-  }
+  // The viewed camera and the markers are handed over whatever became of the walk: each
+  // conversion refuses for itself what it has nowhere to go.
+  ConvertViewCamera(loaded.document);
+  ExtractORYTimelineMarkers(cti, loaded.document);
   g_importSession = ImportSession{};
   cti->Suite<AEGP_UtilitySuite7>(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion7)->AEGP_EndUndoGroup();
   return result;
@@ -196,7 +215,7 @@ bool ImportSceneFile(CTI* cti, const Filename& file) {
 A_Err VerifyFileCallback(const A_UTF16Char* filePath, AE_FIM_Refcon /*refcon*/) {
   A_Err result = kNotImported;
   const A_Err err = RunInFrame(g_pica, eQuillon_AEGP_VerifyFileImportable, g_pluginId, [&](CTI*) {
-    if (filePath && IsSceneFile(EncodeUtf8(PathText(filePath)))) result = A_Err_NONE;
+    if (filePath && IsSceneFile(PathUtf8(filePath))) result = A_Err_NONE;
   });
   return err ? err : result;
 }
@@ -211,7 +230,7 @@ A_Err ImportFileCallback(const A_UTF16Char* filePath, AE_FIM_Refcon /*refcon*/) 
       ReportFrameError(cti, eQuillon_AEGP_ImportFile, nullptr);
       return;
     }
-    const OwnedFilename file(EncodeUtf8(PathText(filePath)));
+    const OwnedFilename file(PathUtf8(filePath));
     if (ImportSceneFile(cti, file.value)) result = A_Err_NONE;
   });
   return err ? err : result;

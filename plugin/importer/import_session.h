@@ -1,7 +1,9 @@
 #pragma once
 // What one import shares between the composition it builds and the conversion of the scene
 // objects into layers. Filled when the composition exists, emptied when the import ends;
-// the conversion does nothing while `pica` or `document` is null.
+// the conversion does nothing while `pica` or `document` is null, nor while there is no
+// composition: one that failed to be made leaves the session filled, and the passes that run
+// whatever the result must then not hand the host a null composition.
 #include "plugin/engine/engine_ops.h"
 #include "sdk/aegp.h"
 
@@ -15,4 +17,6 @@ struct ImportSession {
 
 extern ImportSession g_importSession;
 
-inline bool IsImportRunning() { return g_importSession.pica && g_importSession.document; }
+inline bool IsImportRunning() {
+  return g_importSession.pica && g_importSession.document && g_importSession.composition;
+}

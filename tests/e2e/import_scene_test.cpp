@@ -68,6 +68,60 @@ void ExpectVector(const Json::Value& value, double x, double y, double z) {
   EXPECT_NEAR(value[2].asDouble(), z, 1e-9);
 }
 
+// A path the host hands over in UTF-16 may hold characters beyond 16 bits as surrogate pairs;
+// each pair is one character of the file's name.
+TEST_F(ImportScene, APathWithACharacterBeyondSixteenBitsImports) {
+  const std::string scene = dir_ + "/shot\xF0\x9F\x98\x80.ory";  // U+1F600
+  const auto built = RunCommand(qae_test::OrytoolPath(),
+                                {"build", std::string(QAE_EXAMPLES_DIR) + "/scenes/import_layers.json", "-o", scene});
+  ASSERT_EQ(built.exitCode, 0) << built.err;
+  const std::string output = dir_ + "/out.json";
+  const auto imported = RunCommand(qae_test::AehostPath(), {"import", scene, "--output", output, "--quiet"});
+  ASSERT_EQ(imported.exitCode, 0) << imported.err;
+  EXPECT_EQ(ParseJson(qae_test::ReadFile(output))["comps"][0]["name"].asString(), "Layers");
+}
+
+// The camera a view looks through, and the markers, are handed over whatever became of the
+// walk: a document the engine refuses to evaluate fails the import, yet its viewed camera is
+// made in the composition (the project is then not saved, so the trace shows it).
+TEST_F(ImportScene, TheViewedCameraIsMadeEvenWhenTheWalkFails) {
+  const std::string description = dir_ + "/refused.json";
+  qae_test::WriteFile(description, R"({
+    "document": {"name": "Refused", "params": [{"id": "DocParam_Fps", "int32": 25},
+                 {"id": "DocParam_MinTime", "time": [0, 25]}, {"id": "DocParam_MaxTime", "time": [4, 25]}]},
+    "render_settings": [{"params": [{"id": "RenderParam_Width", "float": 640},
+                                    {"id": "RenderParam_Height", "float": 360},
+                                    {"id": "RenderParam_PixelAspect", "float": 1.0},
+                                    {"id": "RenderParam_FrameRate", "float": 25}]}],
+    "objects": [{"type": "ObjectType_Camera", "name": "Cam", "ref": "cam"},
+                {"type": "ObjectType_Duplicator", "name": "Copies",
+                 "params": [{"id": "DuplicatorParam_Count", "int32": 2147483647}]}],
+    "views": [{"scene_camera": "cam", "editor_camera": null}]})");
+  const std::string scene = dir_ + "/refused.ory";
+  const auto built = RunCommand(qae_test::OrytoolPath(), {"build", description, "-o", scene});
+  ASSERT_EQ(built.exitCode, 0) << built.err;
+  const auto imported =
+      RunCommand(qae_test::AehostPath(), {"import", scene, "--output", dir_ + "/out.json", "--verbose"});
+  EXPECT_EQ(imported.exitCode, 2) << imported.err;
+  EXPECT_NE(imported.err.find("trace: made camera \"Cam\" in composition \"Refused\"\n"), std::string::npos)
+      << imported.err;
+}
+
+// When the composition could not be made, the viewed camera has nowhere to go: it is not
+// handed to the host, which would refuse a composition that is not there.
+TEST_F(ImportScene, WithoutACompositionTheViewedCameraIsNotMade) {
+  Json::Value description = ParseJson(qae_test::ReadFile(std::string(QAE_EXAMPLES_DIR) + "/scenes/import_layers.json"));
+  for (Json::Value& param : description["render_settings"][0]["params"])
+    if (param["id"].asString() == "RenderParam_Width") param["float"] = 1e12;
+  const std::string path = dir_ + "/wide.json";
+  qae_test::WriteFile(path, Json::writeString(Json::StreamWriterBuilder(), description));
+  const std::string scene = dir_ + "/wide.ory";
+  ASSERT_EQ(RunCommand(qae_test::OrytoolPath(), {"build", path, "-o", scene}).exitCode, 0);
+  const auto imported = RunCommand(qae_test::AehostPath(), {"import", scene, "--output", dir_ + "/out.json"});
+  EXPECT_EQ(imported.exitCode, 1) << imported.err;
+  EXPECT_EQ(imported.err.find("not a composition handle"), std::string::npos) << imported.err;
+}
+
 TEST_F(ImportScene, DocumentBecomesOneFolderWithOneCompositionOfItsSize) {
   Import("import_layers");
   ASSERT_EQ(project_["comps"].size(), 1u);
