@@ -19,25 +19,51 @@ struct FontFile {
   int index = 0;
 };
 
-// The file of the face with this PostScript name; asked once a name, since the font
-// configuration is slow to load and a layout is asked for at every frame of an export.
-const FontFile* FindFontFile(const std::string& postScriptName) {
-  static std::map<std::string, FontFile> found;
-  if (auto it = found.find(postScriptName); it != found.end()) return it->second.path.empty() ? nullptr : &it->second;
+void ReadFontFile(FcPattern* face, FontFile* file) {
+  FcChar8* path = nullptr;
+  if (FcPatternGetString(face, FC_FILE, 0, &path) != FcResultMatch) return;
+  file->path = reinterpret_cast<const char*>(path);
+  FcPatternGetInteger(face, FC_INDEX, 0, &file->index);
+}
+
+FontFile InstalledFace(const std::string& postScriptName) {
   FontFile file;
   FcPattern* pattern = FcPatternCreate();
   FcObjectSet* objects = FcObjectSetBuild(FC_FILE, FC_INDEX, nullptr);
-  FcPatternAddString(pattern, FC_POSTSCRIPT_NAME, reinterpret_cast<const FcChar8*>(postScriptName.c_str()));
+  if (pattern) FcPatternAddString(pattern, FC_POSTSCRIPT_NAME, reinterpret_cast<const FcChar8*>(postScriptName.c_str()));
   if (FcFontSet* list = pattern && objects ? FcFontList(nullptr, pattern, objects) : nullptr) {
-    FcChar8* path = nullptr;
-    if (list->nfont > 0 && FcPatternGetString(list->fonts[0], FC_FILE, 0, &path) == FcResultMatch) {
-      file.path = reinterpret_cast<const char*>(path);
-      FcPatternGetInteger(list->fonts[0], FC_INDEX, 0, &file.index);
-    }
+    if (list->nfont > 0) ReadFontFile(list->fonts[0], &file);
     FcFontSetDestroy(list);
   }
   if (objects) FcObjectSetDestroy(objects);
   if (pattern) FcPatternDestroy(pattern);
+  return file;
+}
+
+// The face the system's font configuration shows when nothing is asked for.
+FontFile DefaultFace() {
+  FontFile file;
+  FcPattern* pattern = FcPatternCreate();
+  if (!pattern) return file;
+  FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+  FcDefaultSubstitute(pattern);
+  FcResult result = FcResultNoMatch;
+  if (FcPattern* match = FcFontMatch(nullptr, pattern, &result)) {
+    ReadFontFile(match, &file);
+    FcPatternDestroy(match);
+  }
+  FcPatternDestroy(pattern);
+  return file;
+}
+
+// The file of the face with this PostScript name, or, as the host shows text whose font is
+// missing, of the default face. Asked once a name, since the font configuration is slow to
+// load and a layout is asked for at every frame of an export.
+const FontFile* FindFontFile(const std::string& postScriptName) {
+  static std::map<std::string, FontFile> found;
+  if (auto it = found.find(postScriptName); it != found.end()) return it->second.path.empty() ? nullptr : &it->second;
+  FontFile file = InstalledFace(postScriptName);
+  if (file.path.empty()) file = DefaultFace();
   const FontFile& kept = found[postScriptName] = file;
   return kept.path.empty() ? nullptr : &kept;
 }
@@ -188,7 +214,7 @@ bool LayOutText(const TextDocument& document, std::vector<LaidOutCharacter>* cha
   }
   const FontFile* file = FindFontFile(document.font);
   if (!file) {
-    *error = "the font \"" + document.font + "\" is not installed";
+    *error = "neither the font \"" + document.font + "\" nor a default font is installed";
     return false;
   }
   FT_Library rawLibrary = nullptr;

@@ -1,6 +1,7 @@
 // How the host lays out a text: each character of the source text gets its glyph's outline
-// from the font file (found by its PostScript name through the system's font configuration)
-// and a place on its line. Glyph outlines are the font's own: points in font units scaled by
+// from the font file (found by its PostScript name through the system's font configuration;
+// a font that is not installed is replaced by the system's default face, as the host shows
+// text with a missing font) and a place on its line. Glyph outlines are the font's own: points in font units scaled by
 // the size over the units per em, quadratic curves raised to cubic Bezier curves exactly
 // (handles at two thirds of the way to the control point), y down as in layer space.
 //
@@ -26,8 +27,8 @@ struct LaidOutCharacter {
   std::vector<PathShape> contours;  // closed, relative to the origin; none for a space or a break
 };
 
-// The characters of `document` laid out in order; false with the reason in `error` when the
-// font is not installed or cannot be read, or the text is not UTF-8.
+// The characters of `document` laid out in order; false with the reason in `error` when no
+// font can be found or read, or the text is not UTF-8.
 bool LayOutText(const TextDocument& document, std::vector<LaidOutCharacter>* characters, std::string* error);
 
 }  // namespace aehost

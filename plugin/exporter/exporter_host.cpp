@@ -65,6 +65,9 @@ const AEGP_GuidSuite2* GuidSuite2() { return FrameSuite<AEGP_GuidSuite2>(kAEGPGu
 const AEGP_TextLayerSuite2* TextLayerSuite2() {
   return FrameSuite<AEGP_TextLayerSuite2>(kAEGPTextLayerSuite, kAEGPTextLayerSuiteVersion2);
 }
+const AEGP_TextLayerCharacterSuite1* TextLayerCharacterSuite1() {
+  return FrameSuite<AEGP_TextLayerCharacterSuite1>(kAEGPTextLayerCharacterSuite, kAEGPTextLayerCharacterSuiteVersion1);
+}
 
 AEGP_PluginID PluginId() { return CurrentCTI()->pluginId; }
 

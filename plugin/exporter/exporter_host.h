@@ -25,6 +25,7 @@ const AEGP_AnimatedShapeSuite1* AnimatedShapeSuite1();
 const AEGP_AnimatedShapeSuite2* AnimatedShapeSuite2();
 const AEGP_GuidSuite2* GuidSuite2();
 const AEGP_TextLayerSuite2* TextLayerSuite2();
+const AEGP_TextLayerCharacterSuite1* TextLayerCharacterSuite1();
 
 AEGP_PluginID PluginId();
 

@@ -10,6 +10,7 @@
 #include "plugin/exporter/solid_plane.h"
 #include "plugin/exporter/text_shape/shape_layer.h"
 #include "plugin/exporter/text_shape/text_object.h"
+#include "plugin/exporter/text_shape/text_planes.h"
 #include "plugin/exporter/track_ops.h"
 #include "plugin/exporter/transform_channels.h"
 #include "plugin/exporter/walk_bounds.h"
@@ -89,8 +90,8 @@ bool CreateFromFootage(AEToOry& exporter, AEGP_LayerH layer, AEGP_ItemH source, 
   return true;
 }
 
-// A text layer stands in the scene as a null with the layer's transform that holds its text.
-// Text as planes of character outlines is not made yet: with that answer the null stays empty.
+// A text layer stands in the scene as a null with the layer's transform that holds its text:
+// live text, or with the planes answer one spline a character (text_planes.h).
 bool CreateTextLayer(AEToOry& exporter, AEGP_LayerH layer, double depth, A_Err* err) {
   ApplyStackingRule(exporter, layer, depth, kLayerStackStep);
   BaseObject* holder = CreateLayerObject(exporter, layer, ObjectType_Null, true);
@@ -100,7 +101,8 @@ bool CreateTextLayer(AEToOry& exporter, AEGP_LayerH layer, double depth, A_Err* 
   }
   const int32_t noSize = 0;
   if (ApplyObjectBasics(exporter, holder, layer, &noSize, &noSize) != A_Err_NONE) return false;
-  if (!exporter.exportTextAsPlanes) *err = ExportTextObject(exporter, layer, holder);
+  *err = exporter.exportTextAsPlanes ? ExportTextLayerPlanes(exporter, layer, holder)
+                                     : ExportTextObject(exporter, layer, holder);
   return true;
 }
 

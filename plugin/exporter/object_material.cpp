@@ -34,18 +34,18 @@ BaseTag* LinkMaterialTag(BaseObject* object, Material* material) {
   return tag;
 }
 
-Material* GetObjectMaterial(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, int32_t materialIndex,
-                            bool assign) {
+Material* FindOrAllocMaterial(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, const std::string& suffix,
+                              bool* made) {
   std::string name, key;
   if (object) {
     name = NodeName(object);
     key = GetContainerString(object, ParamKey_OriginKey);
   }
   if (!object || key.empty()) NameAndKeyOrThrow(exporter, layer, &name, &key);
-  const std::string suffix = "-Material" + std::to_string(materialIndex);
   name += suffix;
   key += suffix;
   Material* material = FindMaterialByKey(exporter.document, key);
+  *made = !material;
   if (!material) {
     material = t_ORYOS_Mt->AllocMaterial(MaterialType_Standard);
     if (!material) {
@@ -53,8 +53,15 @@ Material* GetObjectMaterial(AEToOry& exporter, AEGP_LayerH layer, BaseObject* ob
       throw A_Err{4};
     }
     SetContainerString(material, ParamKey_OriginKey, key);
-    if (assign && object) Attach(exporter.document, object, material);
   }
   SetNodeName(material, name);
+  return material;
+}
+
+Material* GetObjectMaterial(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object, int32_t materialIndex,
+                            bool assign) {
+  bool made = false;
+  Material* material = FindOrAllocMaterial(exporter, layer, object, "-Material" + std::to_string(materialIndex), &made);
+  if (made && assign && object) Attach(exporter.document, object, material);
   return material;
 }

@@ -345,24 +345,7 @@ TEST(TextInAPrecompositionUsedTwice, ExistsOnce) {
   std::filesystem::remove_all(dir);
 }
 
-// ---------------------------------------------------------------- the other answer, and eval
-
-TEST(TextAsPlanes, LeavesTheNullsOfTheTextLayersEmptyForNow) {
-  const std::string dir = qae_test::MakeTempDir("text_planes");
-  const auto exported = RunCommand(qae_test::AehostPath(), {"export", kExample, "--comp", "Titles", "--output",
-                                                            dir + "/planes.ory", "--text", "planes"});
-  ASSERT_EQ(exported.exitCode, 0) << exported.err;
-  const Json::Value scene =
-      qae_test::ParseJson(RunCommand(qae_test::OrytoolPath(), {"dump", "--json", dir + "/planes.ory"}).out);
-  bool seen = false;
-  for (const Json::Value& node : scene["objects"][0]["children"]) {
-    if (node["name"].asString() != "Filled") continue;
-    seen = true;
-    EXPECT_FALSE(node.isMember("children"));
-  }
-  EXPECT_TRUE(seen);
-  std::filesystem::remove_all(dir);
-}
+// ---------------------------------------------------------------- eval
 
 // The template the exporter sends for the font size, as a user would save it to a file.
 constexpr const char* kFontSizeQuery =

@@ -79,14 +79,16 @@ TEST(TextLayout, JustificationPlacesEachLineAndBreaksGoOneLeadingDown) {
   EXPECT_DOUBLE_EQ(centred[1].originX, 0.0);
 }
 
-TEST(TextLayout, AFontThatIsNotInstalledIsNamed) {
+TEST(TextLayout, AFontThatIsNotInstalledIsReplacedByTheDefaultFace) {
   TextDocument document;
   document.text = "Hi";
   document.font = "NoSuchFontPS";
   std::vector<LaidOutCharacter> characters;
   std::string error;
-  EXPECT_FALSE(LayOutText(document, &characters, &error));
-  EXPECT_EQ(error, "the font \"NoSuchFontPS\" is not installed");
+  ASSERT_TRUE(LayOutText(document, &characters, &error)) << error;
+  ASSERT_EQ(characters.size(), 2u);
+  EXPECT_FALSE(characters[0].contours.empty());
+  EXPECT_GT(characters[1].originX, 0.0);
 }
 
 }  // namespace

@@ -25,6 +25,11 @@ A_Err WriteOutlineContour(PF_PathOutlinePtr path, A_long n, SplineSegment* segme
   return A_Err_NONE;
 }
 
+SplineArrays SplineArraysOf(BaseObject* spline) {
+  return SplineArrays{static_cast<Vector*>(t_ORYOS_Bo->GetTagData(spline, TagType_Points, 0)),
+                      static_cast<SplineTangent*>(t_ORYOS_Bo->GetTagData(spline, TagType_Tangents, 0))};
+}
+
 AnimTrack* GetOrCreateShapeCurveTrack(BaseObject* spline) {
   const ParamId id{&kShapeCurveLevel, 1, 0};
   if (AnimTrack* found = t_ORYOS_Bl->FindTrack(spline, &id)) return found;

@@ -16,6 +16,9 @@ constexpr double kMaskKeyTension = static_cast<double>(0.2f);
 A_Err WriteOutlineContour(PF_PathOutlinePtr path, A_long n, SplineSegment* segments, int32_t contourIndex,
                           const OutlineDims& dims, const SplineArrays& arrays, const OutlinePlacement& placement);
 
+// The spline's own point and tangent arrays.
+SplineArrays SplineArraysOf(BaseObject* spline);
+
 // The spline's "Shape Curve" track, made and named when it does not exist yet; null when the
 // engine cannot make it.
 AnimTrack* GetOrCreateShapeCurveTrack(BaseObject* spline);

@@ -66,11 +66,6 @@ TimeMap ShapeTimes(AEToOry& exporter, AEGP_LayerH layer, int32_t first, int32_t 
   return times;
 }
 
-SplineArrays SplineArraysOf(BaseObject* spline) {
-  return SplineArrays{static_cast<Vector*>(t_ORYOS_Bo->GetTagData(spline, TagType_Points, 0)),
-                      static_cast<SplineTangent*>(t_ORYOS_Bo->GetTagData(spline, TagType_Tangents, 0))};
-}
-
 // The largest contour and vertex counts of the item over all times.
 OutlineDims MeasureItem(AEGP_LayerH layer, A_long index, const TimeMap& times) {
   OutlineDims dims;

@@ -83,12 +83,18 @@ std::string SourceTextAt(AEGP_LayerH layer, const A_Time& time) {
   return text;
 }
 
-A_Err ExportSourceTextTrack(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
+A_Err SourceTextKeyTimes(AEToOry& exporter, AEGP_LayerH layer, TimeMap* times) {
   LayerStream stream(layer, AEGP_LayerStream_SOURCE_TEXT);
   if (!stream || !IsSourceTextAnimated(stream.get())) return A_Err_NONE;
   LayerTimeFrame frame;
   if (const A_Err err = ReadLayerTimeFrame(layer, &frame)) return err;
-  const TimeMap times = SourceTextTimes(exporter, layer, stream.get(), frame);
+  *times = SourceTextTimes(exporter, layer, stream.get(), frame);
+  return A_Err_NONE;
+}
+
+A_Err ExportSourceTextTrack(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
+  TimeMap times;
+  if (const A_Err err = SourceTextKeyTimes(exporter, layer, &times)) return err;
   if (times.empty()) return A_Err_NONE;
   const ParamId id{&kTextTrackLevel, 1, 0};
   AnimCurve* curve = CurveOf(GetOrCreateTrack(text, id, "Text"));

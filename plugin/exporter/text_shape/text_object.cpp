@@ -15,15 +15,6 @@
 namespace {
 
 constexpr char kOutOfMemory[] = "Export failed. Out of memory during text creation.";
-// A stroke drawn over the fill lies this much nearer to the viewer than the fill.
-constexpr double kStrokeOverFillDepth = -0.5;
-
-void MoveInDepth(BaseObject* object, double dz) {
-  Vector position;
-  t_ORYOS_Bo->GetPosition(object, &position);
-  position.z += dz;
-  t_ORYOS_Bo->SetPosition(object, &position);
-}
 
 // The fill or stroke colour of the text as the colour of the object's first material; false
 // when the host gives no colour (then no material is made) or there is no object.
@@ -68,28 +59,6 @@ TextChild CreateStroke(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object,
   return sweep;
 }
 
-// The sweep needs the text too, which already hangs under the extrusion: an instance of it
-// behind the outline, standing where the text stands.
-A_Err AddTextInstance(AEToOry& exporter, BaseObject* sweep, BaseObject* text) {
-  BaseObject* instance = t_ORYOS_Bo->AllocObject(ObjectType_Instance);
-  if (!instance) {
-    AddError(4, kOutOfMemory);
-    return 4;
-  }
-  BaseObject* outline = static_cast<BaseObject*>(t_ORYOS_At->GetDown(sweep));
-  t_ORYOS_Bd->InsertObject(exporter.document, instance, sweep, outline, 0, 1);
-  SetNodeName(instance, NodeName(text));
-  Matrix textGlobal, sweepGlobal;
-  t_ORYOS_Bo->GetGlobalMatrix(text, &textGlobal);
-  t_ORYOS_Bo->GetGlobalMatrix(sweep, &sweepGlobal);
-  const Matrix placed = Multiply(textGlobal, Invert(sweepGlobal));
-  t_ORYOS_Bo->SetGlobalMatrix(instance, &placed);
-  const InstanceLibrary* library = ExtensionLibrary<InstanceLibrary>(kExtensionInstance);
-  bool referenced = false;
-  if (library && library->SetInstanceReference) library->SetInstanceReference(instance, &referenced, text);
-  return A_Err_NONE;
-}
-
 // The host's horizontal and vertical scale of the characters, on the text object's own scale.
 void ScaleText(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
   Vector scale;
@@ -111,6 +80,33 @@ void WriteTextSettings(AEToOry& exporter, AEGP_LayerH layer, BaseObject* text) {
 }
 
 }  // namespace
+
+void MoveInDepth(BaseObject* object, double dz) {
+  Vector position;
+  t_ORYOS_Bo->GetPosition(object, &position);
+  position.z += dz;
+  t_ORYOS_Bo->SetPosition(object, &position);
+}
+
+A_Err AddTextInstance(AEToOry& exporter, BaseObject* sweep, BaseObject* text) {
+  BaseObject* instance = t_ORYOS_Bo->AllocObject(ObjectType_Instance);
+  if (!instance) {
+    AddError(4, kOutOfMemory);
+    return 4;
+  }
+  BaseObject* outline = static_cast<BaseObject*>(t_ORYOS_At->GetDown(sweep));
+  t_ORYOS_Bd->InsertObject(exporter.document, instance, sweep, outline, 0, 1);
+  SetNodeName(instance, NodeName(text));
+  Matrix textGlobal, sweepGlobal;
+  t_ORYOS_Bo->GetGlobalMatrix(text, &textGlobal);
+  t_ORYOS_Bo->GetGlobalMatrix(sweep, &sweepGlobal);
+  const Matrix placed = Multiply(textGlobal, Invert(sweepGlobal));
+  t_ORYOS_Bo->SetGlobalMatrix(instance, &placed);
+  const InstanceLibrary* library = ExtensionLibrary<InstanceLibrary>(kExtensionInstance);
+  bool referenced = false;
+  if (library && library->SetInstanceReference) library->SetInstanceReference(instance, &referenced, text);
+  return A_Err_NONE;
+}
 
 A_Err ExportTextObject(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object) {
   if (!object) {

@@ -23,3 +23,11 @@
 // Fills the layer's null `object`; 0 when done, also for text that is neither filled nor
 // stroked (the null stays empty). 4, with the error recorded, when an object is missing.
 A_Err ExportTextObject(AEToOry& exporter, AEGP_LayerH layer, BaseObject* object);
+
+// Moves `object` along z by `dz`.
+void MoveInDepth(BaseObject* object, double dz);
+
+// The sweep needs the text too, which already hangs under the extrusion: an instance of it
+// behind the sweep's first child (the outline), standing where `text` stands. 4, with the
+// error recorded, when the instance cannot be made.
+A_Err AddTextInstance(AEToOry& exporter, BaseObject* sweep, BaseObject* text);

@@ -84,11 +84,6 @@ void WriteMaskPoints(const MaskOutline& outline, A_long count, A_long total, con
   }
 }
 
-SplineArrays SplineArraysOf(BaseObject* spline) {
-  return SplineArrays{static_cast<Vector*>(t_ORYOS_Bo->GetTagData(spline, TagType_Points, 0)),
-                      static_cast<SplineTangent*>(t_ORYOS_Bo->GetTagData(spline, TagType_Tangents, 0))};
-}
-
 // Sizes the spline as one segment of `points` points; false without a segment array.
 bool ShapeSpline(BaseObject* spline, A_long points, bool closed) {
   t_ORYOS_Bo->ResizeSpline(spline, points, 1);

@@ -8,6 +8,9 @@
 // Two thirds as a single-precision number, held in a double: 0.66666668653...
 constexpr double kTwoThirdsSingle = static_cast<double>(2.0f / 3.0f);
 
+// A stroke drawn over the fill lies this much nearer to the viewer than the fill.
+constexpr double kStrokeOverFillDepth = -0.5;
+
 // The outline's width for a stroke of width `strokeWidth`.
 double OutlineWidth(double strokeWidth);
 // How far fill and stroke move apart in depth when the stroke lies under the fill.
