@@ -7,16 +7,18 @@ namespace aehost {
 namespace {
 
 struct Cubic {
-  Point2 p[4];
+  Point3 p[4];
 };
 
-// The speed |B'(t)|: B'(t) = 3(1-t)^2 (P1-P0) + 6(1-t)t (P2-P1) + 3t^2 (P3-P2).
+// The speed |B'(t)|: B'(t) = 3(1-t)^2 (P1-P0) + 6(1-t)t (P2-P1) + 3t^2 (P3-P2). A flat curve
+// (z = 0 throughout) keeps the two-argument hypot, so 2D lengths stay what they were.
 double Speed(const Cubic& c, double t) {
   const double u = 1.0 - t;
   const double a = 3.0 * u * u, b = 6.0 * u * t, d = 3.0 * t * t;
   const double x = a * (c.p[1].x - c.p[0].x) + b * (c.p[2].x - c.p[1].x) + d * (c.p[3].x - c.p[2].x);
   const double y = a * (c.p[1].y - c.p[0].y) + b * (c.p[2].y - c.p[1].y) + d * (c.p[3].y - c.p[2].y);
-  return std::hypot(x, y);
+  const double z = a * (c.p[1].z - c.p[0].z) + b * (c.p[2].z - c.p[1].z) + d * (c.p[3].z - c.p[2].z);
+  return z == 0.0 ? std::hypot(x, y) : std::hypot(x, y, z);
 }
 
 // Five-point Gauss-Legendre rule on [from, to]: exact for polynomials up to degree nine.
@@ -48,15 +50,43 @@ double Adaptive(const Cubic& c, double from, double to, double whole, double tol
          Adaptive(c, middle, to, right, tolerance, depth + 1, splits);
 }
 
+// The length from the curve's start to parameter `to`.
+double LengthTo(const Cubic& c, double to) {
+  const double whole = GaussLegendre(c, 0.0, to);
+  int splits = kMaxSplits;
+  return Adaptive(c, 0.0, to, whole, 1e-12 * std::fmax(1.0, std::fabs(whole)), 0, &splits);
+}
+
+Point3 Flat(const Point2& p) { return {p.x, p.y, 0.0}; }
+
 Point2 At(const PathVertex& v) { return {v.x, v.y}; }
 
 }  // namespace
 
 double CubicLength(const Point2& p0, const Point2& p1, const Point2& p2, const Point2& p3) {
-  const Cubic c{{p0, p1, p2, p3}};
-  const double whole = GaussLegendre(c, 0.0, 1.0);
-  int splits = kMaxSplits;
-  return Adaptive(c, 0.0, 1.0, whole, 1e-12 * std::fmax(1.0, std::fabs(whole)), 0, &splits);
+  return LengthTo(Cubic{{Flat(p0), Flat(p1), Flat(p2), Flat(p3)}}, 1.0);
+}
+
+double CubicLength(const Point3 (&p)[4]) { return LengthTo(Cubic{{p[0], p[1], p[2], p[3]}}, 1.0); }
+
+double CubicParameterAtLength(const Point3 (&p)[4], double distance) {
+  const Cubic c{{p[0], p[1], p[2], p[3]}};
+  const double whole = LengthTo(c, 1.0);
+  if (!(distance > 0.0) || !(whole > 0.0)) return 0.0;
+  if (distance >= whole) return 1.0;
+  // Newton's step on L(u) - distance, whose slope is the speed, kept inside a bracket that
+  // halves where a step would leave it (a cusp, where the speed is zero).
+  const double tolerance = 1e-12 * std::fmax(1.0, whole);
+  double lo = 0.0, hi = 1.0, u = distance / whole;
+  for (int i = 0; i < 100; ++i) {
+    const double miss = LengthTo(c, u) - distance;
+    if (std::fabs(miss) <= tolerance) break;
+    (miss < 0.0 ? lo : hi) = u;
+    const double speed = Speed(c, u);
+    const double step = speed > 0.0 ? u - miss / speed : lo - 1.0;
+    u = step > lo && step < hi ? step : 0.5 * (lo + hi);
+  }
+  return u;
 }
 
 int SegmentCount(const PathShape& shape) {

@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "aehost/model/bezier.h"
 #include "aehost/model/evaluate.h"
 #include "aehost/model/transform.h"
 
@@ -97,12 +98,12 @@ Value Lerp(const Value& a, const Value& b, double f, int dims) {
 
 bool IsZero(const Value& v) { return v == Value{}; }
 
-// The spatial path between two keys, measured by a table of chord lengths.
+// The spatial path between two keys, a cubic through the keys and their tangents, measured
+// along the curve itself (bezier.h) so that a place along it is right to the length's own
+// precision.
 struct SpatialPath {
-  static constexpr int kSteps = 200;
   Value p[4];
   int dims = 3;
-  double length[kSteps + 1] = {};
 
   Value At(double u) const {
     Value out;
@@ -113,24 +114,20 @@ struct SpatialPath {
     return out;
   }
 
-  void Measure() {
-    Value previous = p[0];
-    for (int i = 1; i <= kSteps; ++i) {
-      const Value here = At(static_cast<double>(i) / kSteps);
-      length[i] = length[i - 1] + Distance(previous, here, dims);
-      previous = here;
-    }
+  void ControlPoints(Point3 (&points)[4]) const {
+    for (int i = 0; i < 4; ++i) points[i] = {p[i][0], p[i][1], dims > 2 ? p[i][2] : 0.0};
+  }
+
+  double Length() const {
+    Point3 points[4];
+    ControlPoints(points);
+    return CubicLength(points);
   }
 
   Value AtDistance(double distance) const {
-    const double* end = length + kSteps + 1;
-    const double* it = std::lower_bound(length, end, distance);
-    if (it == length) return p[0];
-    if (it == end) return p[3];
-    const int i = static_cast<int>(it - length);
-    const double piece = length[i] - length[i - 1];
-    const double f = piece > 0.0 ? (distance - length[i - 1]) / piece : 0.0;
-    return At((i - 1 + f) / kSteps);
+    Point3 points[4];
+    ControlPoints(points);
+    return At(CubicParameterAtLength(points, distance));
   }
 };
 
@@ -234,8 +231,7 @@ Value PathSegment(const Stream& stream, const Keyframe& k0, const Keyframe& k1, 
     path.p[1][d] = k0.value[d] + k0.outTangent[d];
     path.p[2][d] = k1.value[d] + k1.inTangent[d];
   }
-  path.Measure();
-  const double length = path.length[SpatialPath::kSteps];
+  const double length = path.Length();
   if (length <= 0.0) return k0.value;
   return path.AtDistance(EaseChannel(0.0, length, k0.time, k1.time, out, in, t));
 }
