@@ -155,12 +155,25 @@ bool AddTransformKeys(ObjectConversion* c) {
     Vector s = scaleSample.value;
     if (!c->ancestors.empty()) FlattenTransform(&p, &r, &s, t, document, c->ancestors, c->rotationOrder);
     ToHostTransform(&p, &r, i != 0, &lastRotation, c->rotationOrder);
+    // A hold must end with a key on its last frame. The own tracks and the keys of ancestors
+    // of the same kind do not tell when a parent's turn starts to move the layer's place, so
+    // under ancestors the layer's own next frame decides as well.
+    bool nextPositionMoves = false, nextRotationMoves = false;
+    if (hasNext && !c->ancestors.empty()) {
+      Vector pn = positionSample.next, rn = rotationSample.next, sn = scaleSample.next;
+      FlattenTransform(&pn, &rn, &sn, tNext, document, c->ancestors, c->rotationOrder);
+      Vector continuity = lastRotation;
+      ToHostTransform(&pn, &rn, true, &continuity, c->rotationOrder);
+      nextPositionMoves = !(pn == p);
+      nextRotationMoves = !(rn == r);
+    }
 
-    if (i == 0 || !(p == lastPosition) || positionMoves) ok = c->positionStream.AddKey(hostTime, ThreeD(p.x, p.y, p.z));
+    if (i == 0 || !(p == lastPosition) || positionMoves || nextPositionMoves)
+      ok = c->positionStream.AddKey(hostTime, ThreeD(p.x, p.y, p.z));
     const bool zeroScale = s == Vector{0.0, 0.0, 0.0};
     if (ok && c->isPlainObject && !(i > 0 && zeroScale && !scaleMoves))
       ok = c->scaleStream.AddKey(hostTime, ThreeD(s.x * 100.0, s.y * 100.0, s.z * 100.0));
-    if (ok && !(i > 0 && r == lastHostRotation && !rotationMoves)) {
+    if (ok && !(i > 0 && r == lastHostRotation && !rotationMoves && !nextRotationMoves)) {
       if (!poiOnly) ok = c->rotateXStream.AddKey(hostTime, OneD(r.x)) && c->rotateYStream.AddKey(hostTime, OneD(r.y));
       if (ok) ok = c->rotationStream.AddKey(hostTime, OneD(r.z));
     }

@@ -149,6 +149,26 @@ TEST_F(Roundtrip, AnAimedCameraUnderAParentComesBackAimedElsewhere) {
   EXPECT_GT(std::stod(Row(turning.out, "Cam").at(3)), std::stod(cam[3]) + 45.0) << turning.out;
 }
 
+// A still camera under a null that holds for a second and then turns: the camera's place
+// moves only because its parent turns, and the import must key it on the last frame of the
+// hold, or the host's curve would start the swing from the first frame. The null turns about
+// its own place, so only its rotation has keys; it stands off depth 0, so the export sets
+// nothing half a pixel apart.
+TEST_F(Roundtrip, AStillCameraUnderAParentThatTurnsLaterStaysInPlace) {
+  for (const std::string keys : {R"([{"time": 0, "value": 0}, {"time": 1, "value": 0}, {"time": 2, "value": 90}])",
+                                 R"([{"time": 1, "value": 0}, {"time": 2, "value": 90}])"}) {
+    const auto result = Run({Write(R"({"format": "aehost-project", "version": 1, "path": "/p/hold.aep",
+ "footage": [{"id": 1, "name": "Null 1", "width": 100, "height": 100, "solid": {"color": [1, 1, 1]}}],
+ "comps": [{"id": 2, "name": "Main", "width": 1920, "height": 1080, "frameRate": 25, "duration": 2, "layers": [
+  {"id": 1, "name": "Cam", "type": "camera", "camera": {"zoom": 1000}, "parent": 2, "autoOrient": "off",
+   "transform": {"position": [300, 0, -800]}},
+  {"id": 2, "name": "Rig", "source": 1, "null": true, "threeD": true,
+   "transform": {"anchorPoint": [0, 0, 0], "position": [960, 540, 100], "rotationY": {"keys": )" + keys + "}}}]}]}"),
+                             "--comp", "Main"});
+    EXPECT_EQ(result.exitCode, 0) << keys << "\n" << result.out << result.err;
+  }
+}
+
 TEST_F(Roundtrip, BadInputExitsWith2) {
   const std::string project = Write(Project("25"));
   const auto noComp = Run({project, "--comp", "Nowhere"});
