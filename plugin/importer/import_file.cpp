@@ -225,9 +225,10 @@ A_Err ImportFileCallback(const A_UTF16Char* filePath, AE_FIM_Refcon /*refcon*/) 
   const A_Err err = RunInFrame(g_pica, eQuillon_AEGP_ImportFile, g_pluginId, [&](CTI* cti) {
     DebugLogger scope("ImportFileCallback");
     if (!filePath) return;
-    // Scene files are engine paths: the engine must run before the first one is made.
+    // Scene files are engine paths: the engine must run before the first one is made. An
+    // import shows no message on any path; a failure is the code the host gets.
     if (!EnsureEngineStarted(cti)) {
-      ReportFrameError(cti, eQuillon_AEGP_ImportFile, nullptr);
+      LogEvent("ImportFileCallback", "the engine did not start");
       return;
     }
     const OwnedFilename file(PathUtf8(filePath));

@@ -122,6 +122,26 @@ TEST_F(ImportScene, WithoutACompositionTheViewedCameraIsNotMade) {
   EXPECT_EQ(imported.err.find("not a composition handle"), std::string::npos) << imported.err;
 }
 
+// An import whose engine cannot start fails with the import's code alone: nothing on the
+// import's path shows a message.
+TEST_F(ImportScene, AnImportWithoutTheEngineFailsWithoutAMessage) {
+  const std::string scene = dir_ + "/layers.ory";
+  ASSERT_EQ(RunCommand(qae_test::OrytoolPath(),
+                       {"build", std::string(QAE_EXAMPLES_DIR) + "/scenes/import_layers.json", "-o", scene})
+                .exitCode,
+            0);
+  const std::string empty = dir_ + "/no-engine";
+  std::filesystem::create_directory(empty);
+  const std::string transcript = dir_ + "/transcript.txt";
+  const auto imported =
+      RunCommand(qae_test::AehostPath(), {"import", scene, "--output", dir_ + "/out.json", "--transcript", transcript},
+                 {"QUILLON_ENGINE_DIR=" + empty});
+  EXPECT_EQ(imported.exitCode, 1) << imported.err;
+  EXPECT_NE(imported.err.find("failed to import"), std::string::npos) << imported.err;
+  EXPECT_EQ(imported.err.find("must be installed"), std::string::npos) << imported.err;
+  EXPECT_EQ(qae_test::ReadFile(transcript), "");
+}
+
 TEST_F(ImportScene, DocumentBecomesOneFolderWithOneCompositionOfItsSize) {
   Import("import_layers");
   ASSERT_EQ(project_["comps"].size(), 1u);
