@@ -34,6 +34,8 @@
 namespace {
 
 using qae_test::SceneParam;
+using qae_test::SceneTag;
+using qae_test::SceneTrack;
 
 const std::string kExample = std::string(QAE_EXAMPLES_DIR) + "/text.json";
 constexpr double kQuarterCircle = 157.08561799038796;
@@ -76,21 +78,6 @@ std::vector<std::string> ChildNames(const Json::Value& node) {
   return names;
 }
 
-const Json::Value& Tag(const Json::Value& node, const std::string& type) {
-  static const Json::Value none;
-  for (const Json::Value& tag : node["tags"])
-    if (tag["type"].asString() == type) return tag;
-  ADD_FAILURE() << "no tag " << type << " on " << node["name"].asString();
-  return none;
-}
-
-const Json::Value& Track(const Json::Value& node, const std::string& name) {
-  static const Json::Value none;
-  for (const Json::Value& track : node["tracks"])
-    if (track["name"].asString() == name) return track;
-  return none;
-}
-
 using Rows = std::vector<std::vector<double>>;
 
 Rows RowsOf(const Json::Value& elements) {
@@ -122,9 +109,9 @@ TEST_F(PathText, ClosedSquareMaskBecomesAClosedSplineOfFivePoints) {
   const Json::Value& spline = Node("Square Path-Path");
   EXPECT_EQ(spline["type"].asString(), "ObjectType_Spline");
   EXPECT_TRUE(SceneParam(spline, 1002)["bool"].asBool());
-  EXPECT_EQ(RowsOf(Tag(spline, "TagType_Points")["elements"]), SquarePoints(100));
-  EXPECT_EQ(RowsOf(Tag(spline, "TagType_Tangents")["elements"]), Rows(5, std::vector<double>(6, 0.0)));
-  EXPECT_EQ(RowsOf(Tag(spline, "TagType_Segments")["elements"]), (Rows{{5, 1}}));
+  EXPECT_EQ(RowsOf(SceneTag(spline, "TagType_Points")["elements"]), SquarePoints(100));
+  EXPECT_EQ(RowsOf(SceneTag(spline, "TagType_Tangents")["elements"]), Rows(5, std::vector<double>(6, 0.0)));
+  EXPECT_EQ(RowsOf(SceneTag(spline, "TagType_Segments")["elements"]), (Rows{{5, 1}}));
   EXPECT_TRUE(spline["tracks"].empty());
 }
 
@@ -139,16 +126,16 @@ TEST_F(PathText, StillMarginIsItsFractionOfThePath) {
 TEST_F(PathText, OpenCurvedMaskKeepsItsTangents) {
   const Json::Value& spline = Node("Curve Path-Path");
   EXPECT_FALSE(SceneParam(spline, 1002)["bool"].asBool());
-  EXPECT_EQ(RowsOf(Tag(spline, "TagType_Points")["elements"]), (Rows{{0, 0, 0}, {100, -100, 0}}));
-  EXPECT_EQ(RowsOf(Tag(spline, "TagType_Tangents")["elements"]),
+  EXPECT_EQ(RowsOf(SceneTag(spline, "TagType_Points")["elements"]), (Rows{{0, 0, 0}, {100, -100, 0}}));
+  EXPECT_EQ(RowsOf(SceneTag(spline, "TagType_Tangents")["elements"]),
             (Rows{{0, 0, 0, kHandle, 0, 0}, {0, kHandle, 0, 0, 0, 0}}));
-  EXPECT_EQ(RowsOf(Tag(spline, "TagType_Segments")["elements"]), (Rows{{2, 0}}));
+  EXPECT_EQ(RowsOf(SceneTag(spline, "TagType_Segments")["elements"]), (Rows{{2, 0}}));
 }
 
 TEST_F(PathText, KeyedMarginBecomesTheOffsetTrack) {
   const Json::Value& deformer = Node("Curve Path-Deformer");
   EXPECT_TRUE(SceneParam(deformer, 1004).isNull());
-  const Json::Value& track = Track(deformer, "Deformer Offset");
+  const Json::Value& track = SceneTrack(deformer, "Deformer Offset");
   ASSERT_FALSE(track.isNull());
   EXPECT_EQ(track["path"][0][0].asInt(), 1004);
   const Json::Value& keys = track["curve"]["keys"];
@@ -164,7 +151,7 @@ TEST_F(PathText, KeyedMarginBecomesTheOffsetTrack) {
 TEST_F(PathText, KeyedMaskShapeGetsPointLevelAnimationWhereItsFormChanges) {
   const Json::Value& spline = Node("Moving Path-Path");
   EXPECT_TRUE(SceneParam(spline, 1002)["bool"].asBool());
-  const Json::Value& track = Track(spline, "Shape Curve");
+  const Json::Value& track = SceneTrack(spline, "Shape Curve");
   ASSERT_FALSE(track.isNull());
   EXPECT_EQ(track["path"][0][0].asInt(), 100004812);
   EXPECT_EQ(track["path"][0][1].asInt(), 100004812);
@@ -207,7 +194,7 @@ TEST_F(PathText, TheDumpListsTheSplinesElements) {
 
 TEST_F(PathText, SourceTextKeysBecomeOneTextKeyEach) {
   const Json::Value& text = Node("Changing-Text");
-  const Json::Value& track = Track(text, "Text");
+  const Json::Value& track = SceneTrack(text, "Text");
   ASSERT_FALSE(track.isNull());
   EXPECT_EQ(track["path"], qae_test::ParseJson("[[2111, 130, 5178]]"));
   const Json::Value& keys = track["curve"]["keys"];

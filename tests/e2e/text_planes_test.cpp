@@ -28,6 +28,8 @@
 namespace {
 
 using qae_test::RunCommand;
+using qae_test::SceneTag;
+using qae_test::SceneTrack;
 
 const std::string kExample = std::string(QAE_EXAMPLES_DIR) + "/text.json";
 constexpr double kTwoThirds = 0.6666666865348816;
@@ -69,20 +71,6 @@ std::vector<std::string> ChildrenOf(const Json::Value& node) {
   for (const Json::Value& child : node["children"])
     children.push_back(child["type"].asString() + " " + child["name"].asString());
   return children;
-}
-
-const Json::Value& Tag(const Json::Value& node, const std::string& type) {
-  static const Json::Value none;
-  for (const Json::Value& tag : node["tags"])
-    if (tag["type"].asString() == type) return tag;
-  return none;
-}
-
-const Json::Value& Track(const Json::Value& node, const std::string& name) {
-  static const Json::Value none;
-  for (const Json::Value& track : node["tracks"])
-    if (track["name"].asString() == name) return track;
-  return none;
 }
 
 // Points in font units (y up) moved right by `advance` units, as a spline holds them.
@@ -138,14 +126,14 @@ TEST_F(TextPlanes, FillAndStrokeMaterialsCarryTheTextColours) {
 TEST_F(TextPlanes, AStillTextIsTheFontsOwnOutlineInTheSplineItself) {
   // The spline under the extrusion; the sweep's instance bears its name too.
   const Json::Value& h = Find(Find(Layer("Hi"), "H(0)"), "H(0) Spline");
-  EXPECT_EQ(Tag(h, "TagType_Points")["elements"], Points(kH, 0));
-  EXPECT_TRUE(Track(h, "Shape Curve").isNull()) << "one time: no point level animation";
+  EXPECT_EQ(SceneTag(h, "TagType_Points")["elements"], Points(kH, 0));
+  EXPECT_TRUE(SceneTrack(h, "Shape Curve").isNull()) << "one time: no point level animation";
   const Json::Value& i = Find(Find(Layer("Hi"), "i(1)"), "i(1) Spline");
-  EXPECT_EQ(Tag(i, "TagType_Points")["elements"],
+  EXPECT_EQ(SceneTag(i, "TagType_Points")["elements"],
             Points({{193, 1120}, {377, 1120}, {377, 0}, {193, 0}, {193, 1556}, {377, 1556}, {377, 1323}, {193, 1323}},
                    1540));
-  EXPECT_EQ(Tag(i, "TagType_Segments")["elements"], qae_test::ParseJson("[[4.0, 1.0], [4.0, 1.0]]"));
-  for (const Json::Value& tangent : Tag(i, "TagType_Tangents")["elements"])
+  EXPECT_EQ(SceneTag(i, "TagType_Segments")["elements"], qae_test::ParseJson("[[4.0, 1.0], [4.0, 1.0]]"));
+  for (const Json::Value& tangent : SceneTag(i, "TagType_Tangents")["elements"])
     EXPECT_EQ(tangent, qae_test::ParseJson("[0.0, 0.0, 0.0, 0.0, 0.0, 0.0]"));
 }
 
@@ -153,22 +141,22 @@ TEST_F(TextPlanes, AChangedLetterIsAnotherObjectKeyedOnlyWhileItStands) {
   const Json::Value& swap = Layer("Swap");
   EXPECT_EQ(ChildrenOf(swap), (std::vector<std::string>{"ObjectType_Extrude o(1)", "ObjectType_Extrude i(1)",
                                                          "ObjectType_Extrude H(0)"}));
-  EXPECT_EQ(KeyTimes(Track(Find(swap, "H(0) Spline"), "Shape Curve")), (std::vector<std::string>{"0/1", "1/2"}));
-  EXPECT_EQ(KeyTimes(Track(Find(swap, "i(1) Spline"), "Shape Curve")), (std::vector<std::string>{"0/1"}));
-  EXPECT_EQ(KeyTimes(Track(Find(swap, "o(1) Spline"), "Shape Curve")), (std::vector<std::string>{"1/2"}));
-  for (const Json::Value& key : Track(Find(swap, "H(0) Spline"), "Shape Curve")["curve"]["keys"])
+  EXPECT_EQ(KeyTimes(SceneTrack(Find(swap, "H(0) Spline"), "Shape Curve")), (std::vector<std::string>{"0/1", "1/2"}));
+  EXPECT_EQ(KeyTimes(SceneTrack(Find(swap, "i(1) Spline"), "Shape Curve")), (std::vector<std::string>{"0/1"}));
+  EXPECT_EQ(KeyTimes(SceneTrack(Find(swap, "o(1) Spline"), "Shape Curve")), (std::vector<std::string>{"1/2"}));
+  for (const Json::Value& key : SceneTrack(Find(swap, "H(0) Spline"), "Shape Curve")["curve"]["keys"])
     EXPECT_EQ(key["data"]["spline_key"]["points"]["elements"], Points(kH, 0));
 }
 
 TEST_F(TextPlanes, ASpaceHasNoPointsAndIsSwitchedOff) {
   const Json::Value& space = Find(Layer("Spaced"), " (1) Spline");
   ASSERT_FALSE(space.isNull());
-  EXPECT_EQ(Tag(space, "TagType_Segments")["elements"].size(), 0u);
-  const Json::Value& enabled = Track(space, "Enabled");
+  EXPECT_EQ(SceneTag(space, "TagType_Segments")["elements"].size(), 0u);
+  const Json::Value& enabled = SceneTrack(space, "Enabled");
   EXPECT_EQ(enabled["path"], qae_test::ParseJson("[[906, 0]]"));
   ASSERT_EQ(enabled["curve"]["keys"].size(), 1u);
   EXPECT_EQ(enabled["curve"]["keys"][0]["value"].asDouble(), 0.0);
-  EXPECT_EQ(Track(Find(Layer("Spaced"), "I(2) Spline"), "Enabled")["curve"]["keys"][0]["value"].asDouble(), 1.0);
+  EXPECT_EQ(SceneTrack(Find(Layer("Spaced"), "I(2) Spline"), "Enabled")["curve"]["keys"][0]["value"].asDouble(), 1.0);
   EXPECT_FALSE(Find(Layer("Spaced"), "I(1) Spline").isNull()) << "the I that takes the space's place at 0.5 s";
 }
 

@@ -31,4 +31,18 @@ const Json::Value& SceneParam(const Json::Value& node, int id) {
   return none;
 }
 
+const Json::Value& SceneTag(const Json::Value& node, const std::string& type) {
+  static const Json::Value none;
+  for (const Json::Value& tag : node["tags"])
+    if (tag["type"].asString() == type) return tag;
+  return none;
+}
+
+const Json::Value& SceneTrack(const Json::Value& node, const std::string& name) {
+  static const Json::Value none;
+  for (const Json::Value& track : node["tracks"])
+    if (track["name"].asString() == name) return track;
+  return none;
+}
+
 }  // namespace qae_test

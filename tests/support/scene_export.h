@@ -16,5 +16,9 @@ Json::Value ExportSceneJson(const std::string& project, const std::string& comp,
 
 // The parameter `id` of a node of the dump; a null value when the node has none.
 const Json::Value& SceneParam(const Json::Value& node, int id);
+// The tag of that type, and the track of that name, of a node of the dump; a null value when
+// the node has none.
+const Json::Value& SceneTag(const Json::Value& node, const std::string& type);
+const Json::Value& SceneTrack(const Json::Value& node, const std::string& name);
 
 }  // namespace qae_test
