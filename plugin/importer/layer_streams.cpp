@@ -14,8 +14,10 @@ const AEGP_KeyframeSuite4* Keyframes() {
 
 }  // namespace
 
+// A batch still open here is one that a failed host call left: its keys are not committed,
+// and ending it without them hands the batch back to the host.
 OpenStream::~OpenStream() {
-  if (keys) Keyframes()->AEGP_EndAddKeyframes(true, keys);
+  if (keys) Keyframes()->AEGP_EndAddKeyframes(false, keys);
   if (stream) Streams()->AEGP_DisposeStream(stream);
 }
 
@@ -26,8 +28,10 @@ bool OpenStream::AddKey(const A_Time& time, const AEGP_StreamVal2& value) {
   const auto* keyframes = Keyframes();
   A_long index = 0;
   if (keyframes->AEGP_AddKeyframes(keys, AEGP_LTimeMode_LayerTime, &time, &index)) return false;
-  const AEGP_StreamValue2 key{stream, value};
-  return keyframes->AEGP_SetAddKeyframe(keys, index, &key) == A_Err_NONE;
+  AEGP_StreamValue2 key{stream, value};
+  const A_Err err = keyframes->AEGP_SetAddKeyframe(keys, index, &key);
+  const A_Err disposed = Streams()->AEGP_DisposeStreamValue(&key);
+  return !err && !disposed;
 }
 
 bool OpenStream::EndKeys() {
@@ -47,7 +51,9 @@ StreamResult SetLayerStream(AEGP_LayerH layer, AEGP_LayerStream which, const AEG
   const auto* streams = Streams();
   if (streams->AEGP_GetNewLayerStream(g_pluginId, layer, which, &out->stream)) return StreamResult::kFailed;
   AEGP_StreamValue2 set{out->stream, value};
-  return streams->AEGP_SetStreamValue(g_pluginId, out->stream, &set) ? StreamResult::kFailed : StreamResult::kSet;
+  const A_Err err = streams->AEGP_SetStreamValue(g_pluginId, out->stream, &set);
+  const A_Err disposed = streams->AEGP_DisposeStreamValue(&set);
+  return err || disposed ? StreamResult::kFailed : StreamResult::kSet;
 }
 
 AEGP_StreamVal2 ThreeD(double x, double y, double z) {

@@ -5,7 +5,9 @@
 
 enum class StreamResult { kSet, kNotLegal, kFailed };
 
-// A stream kept open for keys; closed (and its keys committed) with its scope.
+// A stream kept open for keys; closed with its scope, where a batch that was not ended
+// (a host call failed) is ended without its keys. Each value handed to the host is disposed
+// after use.
 struct OpenStream {
   AEGP_StreamRefH stream = nullptr;
   AEGP_AddKeyframesInfoH keys = nullptr;

@@ -142,6 +142,36 @@ TEST_F(ImportScene, AnImportWithoutTheEngineFailsWithoutAMessage) {
   EXPECT_EQ(qae_test::ReadFile(transcript), "");
 }
 
+// A host call that fails in the key pass ends it, and the batches of keys still open are
+// not committed: the layer whose place overflows at frame 1 under its parent's scale gets
+// no keys at all, although frame 0 was fine.
+TEST_F(ImportScene, AFailedKeyLeavesTheOpenBatchesUncommitted) {
+  const std::string description = dir_ + "/runaway.json";
+  qae_test::WriteFile(description, R"({
+    "document": {"name": "Runaway", "params": [{"id": "DocParam_Fps", "int32": 25},
+                 {"id": "DocParam_MinTime", "time": [0, 25]}, {"id": "DocParam_MaxTime", "time": [4, 25]}]},
+    "render_settings": [{"params": [{"id": "RenderParam_Width", "float": 640},
+                                    {"id": "RenderParam_Height", "float": 360},
+                                    {"id": "RenderParam_PixelAspect", "float": 1.0},
+                                    {"id": "RenderParam_FrameRate", "float": 25}]}],
+    "objects": [{"type": "ObjectType_Null", "name": "Big",
+                 "params": [{"id": "ObjectParam_Scale", "vector": [10, 10, 10]}],
+                 "children": [{"type": "ObjectType_Null", "name": "Runner",
+                   "tags": [{"type": "TagType_Compositing", "params": [{"id": "CompositingTagParam_Solid", "int32": 0}]}],
+                   "tracks": [{"path": [[903, 23], [1000, 19]],
+                               "curve": {"keys": [{"time": [0, 25], "value": 0, "bits": [41]},
+                                                  {"time": [1, 25], "value": 1e308, "bits": [41]}]}}]}]}]})");
+  const std::string scene = dir_ + "/runaway.ory";
+  const auto built = RunCommand(qae_test::OrytoolPath(), {"build", description, "-o", scene});
+  ASSERT_EQ(built.exitCode, 0) << built.err;
+  const auto imported =
+      RunCommand(qae_test::AehostPath(), {"import", scene, "--output", dir_ + "/out.json", "--verbose"});
+  EXPECT_EQ(imported.exitCode, 1) << imported.err;
+  EXPECT_NE(imported.err.find("the value of Position of layer \"Runner\" is not finite (inf)"), std::string::npos)
+      << imported.err;
+  EXPECT_EQ(imported.err.find("keys added to"), std::string::npos) << imported.err;
+}
+
 TEST_F(ImportScene, DocumentBecomesOneFolderWithOneCompositionOfItsSize) {
   Import("import_layers");
   ASSERT_EQ(project_["comps"].size(), 1u);
