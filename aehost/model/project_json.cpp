@@ -520,10 +520,28 @@ TextDocument ReadTextDocument(const In& at, TextDocument document) {
 }
 
 // A key's document starts from the layer's document, so that a key names only what changes.
+TextAnimator ReadTextAnimator(const In& at) {
+  RequireObject(at, {"name", "rangeStart", "rangeEnd", "position", "scale", "rotation"});
+  TextAnimator animator;
+  Read(at, "name", animator.name);
+  if (Has(at, "rangeStart")) animator.start = NumberIn(Member(at, "rangeStart"), 0.0, 100.0);
+  if (Has(at, "rangeEnd")) animator.end = NumberIn(Member(at, "rangeEnd"), 0.0, 100.0);
+  if (Has(at, "position")) animator.position = ReadStreamOfKind(Member(at, "position"), StreamKind::TwoD);
+  if (Has(at, "scale")) animator.scale = ReadStreamOfKind(Member(at, "scale"), StreamKind::TwoD);
+  if (Has(at, "rotation")) animator.rotation = ReadStreamOfKind(Member(at, "rotation"), StreamKind::OneD);
+  return animator;
+}
+
 SourceText ReadSourceText(const In& at) {
-  RequireObject(at, {"document", "keys"});
+  RequireObject(at, {"document", "keys", "animators"});
   SourceText source;
   if (Has(at, "document")) source.document = ReadTextDocument(Member(at, "document"), TextDocument{});
+  if (Has(at, "animators")) {
+    const In animators = Member(at, "animators");
+    const Json::Value& array = RequireArray(animators);
+    for (Json::ArrayIndex i = 0; i < array.size(); ++i)
+      source.animators.push_back(ReadTextAnimator(Element(animators, i)));
+  }
   if (!Has(at, "keys")) return source;
   const In keys = Member(at, "keys");
   const Json::Value& array = RequireArray(keys);
@@ -1172,10 +1190,27 @@ Json::Value WriteTextDocument(const TextDocument& document, const TextDocument& 
   return out;
 }
 
+Json::Value WriteTextAnimators(const std::vector<TextAnimator>& animators) {
+  const TextAnimator plain;
+  Json::Value out(Json::arrayValue);
+  for (const TextAnimator& animator : animators) {
+    Json::Value entry(Json::objectValue);
+    if (animator.name != plain.name) entry["name"] = animator.name;
+    if (animator.start != plain.start) entry["rangeStart"] = animator.start;
+    if (animator.end != plain.end) entry["rangeEnd"] = animator.end;
+    if (animator.position != plain.position) entry["position"] = WriteStream(animator.position);
+    if (animator.scale != plain.scale) entry["scale"] = WriteStream(animator.scale);
+    if (animator.rotation != plain.rotation) entry["rotation"] = WriteStream(animator.rotation);
+    out.append(entry);
+  }
+  return out;
+}
+
 Json::Value WriteSourceText(const SourceText& source) {
   Json::Value out(Json::objectValue);
   const Json::Value document = WriteTextDocument(source.document, TextDocument{});
   if (!document.empty()) out["document"] = document;
+  if (!source.animators.empty()) out["animators"] = WriteTextAnimators(source.animators);
   if (source.keys.empty()) return out;
   Json::Value keys(Json::arrayValue);
   for (const TextKey& key : source.keys) {

@@ -70,10 +70,12 @@ bool TextCharactersAt(const Project& project, const Item& comp, const Layer& lay
   if (!CachedLayout(TextDocumentAt(layer.text, layerTime), &layout, error)) return false;
   const double compTime = LayerTimeToCompTime(layer, layerTime);
   const OutlineSpace space = OutlineSpaceAt(project, comp, layer, compTime);
-  for (const LaidOutCharacter& laid : *layout) {
+  for (std::size_t i = 0; i < layout->size(); ++i) {
+    const LaidOutCharacter& laid = (*layout)[i];
     TextCharacter character;
     character.text = laid.text;
-    character.transform = Translation(laid.originX, laid.originY, 0.0);
+    character.transform =
+        CharacterTransform(layer.text.animators, i, layout->size(), layerTime, laid.originX, laid.originY);
     character.plane = InThePlane(character.transform);
     for (const PathShape& contour : laid.contours)
       character.outline.push_back(PlaceContour(contour, character.transform, space));

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "aehost/model/text_animators.h"
+
 namespace aehost {
 
 // Paragraph alignment, numbered like the host's ParagraphJustification so that
@@ -51,6 +53,7 @@ struct TextKey {
 struct SourceText {
     TextDocument document;      // the value when there are no keys
     std::vector<TextKey> keys;  // ordered by time, no two at one time
+  std::vector<TextAnimator> animators;  // applied in order
     bool operator==(const SourceText&) const = default;
 };
 

@@ -13,11 +13,12 @@
 //   2 x 0.6666666865348816 + 0.5 (extrusion back, sweep forward), the outline 2 x 2/3;
 // - a still text (Hi) is written into the splines themselves; a text whose source text has
 //   keys at 0 and 0.5 s gets point level keys at those times, for each name only at the times
-//   it stands in the text.
+//   it stands in the text; an animated text gets them at the frames beside each move.
 #include <gtest/gtest.h>
 #include <json/json.h>
 
 #include <filesystem>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -119,7 +120,7 @@ TEST_F(TextPlanes, FillAndStrokeMaterialsCarryTheTextColours) {
       EXPECT_EQ(qae_test::SceneParam(material, 2100)["vector"], qae_test::ParseJson("[0.0, 0.0, 1.0]"));
     }
   }
-  EXPECT_EQ(names, (std::vector<std::string>{"Swap-Fill-Material", "Spaced-Fill-Material", "Hi-Stroke-Material",
+  EXPECT_EQ(names, (std::vector<std::string>{"Mover-Fill-Material", "Swap-Fill-Material", "Spaced-Fill-Material", "Hi-Stroke-Material",
                                              "Hi-Fill-Material"}));
 }
 
@@ -158,6 +159,30 @@ TEST_F(TextPlanes, ASpaceHasNoPointsAndIsSwitchedOff) {
   EXPECT_EQ(enabled["curve"]["keys"][0]["value"].asDouble(), 0.0);
   EXPECT_EQ(SceneTrack(Find(Layer("Spaced"), "I(2) Spline"), "Enabled")["curve"]["keys"][0]["value"].asDouble(), 1.0);
   EXPECT_FALSE(Find(Layer("Spaced"), "I(1) Spline").isNull()) << "the I that takes the space's place at 0.5 s";
+}
+
+// "Mover" is "II" whose animator selects the first half of the characters and moves them from
+// 0 to -40 pixels in y (up on screen) over 0.4 s, frames 0 to 10: the first I rises 4 pixels a
+// frame, the second stays. Keys stand at those frames only, for both characters.
+TEST_F(TextPlanes, ARangeSelectorThatMovesACharacterGivesKeysWhileItMoves) {
+  const Json::Value& mover = Layer("Mover");
+  const Json::Value& moving = SceneTrack(Find(Find(mover, "I(0)"), "I(0) Spline"), "Shape Curve");
+  const Json::Value& still = SceneTrack(Find(Find(mover, "I(1)"), "I(1) Spline"), "Shape Curve");
+  std::vector<std::string> frames;
+  for (int f = 0; f <= 10; ++f) frames.push_back(f == 0 ? "0/1" : std::to_string(f / std::gcd(f, 25)) + "/" +
+                                                                      std::to_string(25 / std::gcd(f, 25)));
+  EXPECT_EQ(KeyTimes(moving), frames);
+  EXPECT_EQ(KeyTimes(still), frames);
+  const std::vector<std::vector<double>> rectangle = {{201, 1493}, {403, 1493}, {403, 0}, {201, 0}};
+  for (Json::ArrayIndex f = 0; f < moving["curve"]["keys"].size(); ++f) {
+    SCOPED_TRACE("frame " + std::to_string(f));
+    const Json::Value& points = moving["curve"]["keys"][f]["data"]["spline_key"]["points"]["elements"];
+    for (Json::ArrayIndex v = 0; v < 4; ++v) {
+      EXPECT_EQ(points[v][0].asDouble(), rectangle[v][0] * kUnit);
+      EXPECT_NEAR(points[v][1].asDouble(), rectangle[v][1] * kUnit + 4.0 * f, 1e-9);
+    }
+    EXPECT_EQ(still["curve"]["keys"][f]["data"]["spline_key"]["points"]["elements"], Points(rectangle, 604));
+  }
 }
 
 // ---------------------------------------------------------------- aehost outlines
