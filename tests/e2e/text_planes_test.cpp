@@ -18,6 +18,7 @@
 #include <json/json.h>
 
 #include <filesystem>
+#include <fstream>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -183,6 +184,21 @@ TEST_F(TextPlanes, ARangeSelectorThatMovesACharacterGivesKeysWhileItMoves) {
     }
     EXPECT_EQ(still["curve"]["keys"][f]["data"]["spline_key"]["points"]["elements"], Points(rectangle, 604));
   }
+}
+
+TEST(TextPlanesWide, APixelAspectOfTwoStretchesTheNullInX) {
+  const std::string dir = qae_test::MakeTempDir("text_planes_wide");
+  const std::string project = dir + "/wide.json";
+  std::ofstream(project) << R"({"format": "aehost-project", "version": 1, "path": "/projects/wide.aep",
+    "comps": [{"id": 1, "name": "Wide", "width": 720, "height": 480, "pixelAspect": 2, "frameRate": 25,
+      "duration": 0.2, "layers": [{"id": 2, "name": "T", "type": "text", "threeD": true,
+        "text": {"document": {"text": "I", "font": "DejaVuSans", "fontSize": 64}}}]}]})";
+  const Json::Value scene = qae_test::ExportSceneJson(project, "Wide", dir + "/wide.ory", {"--text", "planes"});
+  Json::Value layer;
+  for (const Json::Value& node : scene["objects"][0]["children"])
+    if (node["name"].asString() == "T") layer = node;
+  EXPECT_EQ(qae_test::SceneParam(layer, 905)["vector"], qae_test::ParseJson("[2.0, 1.0, 1.0]"));
+  std::filesystem::remove_all(dir);
 }
 
 // ---------------------------------------------------------------- aehost outlines

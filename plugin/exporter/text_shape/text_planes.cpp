@@ -152,6 +152,26 @@ A_Err AddEnabledKey(AEToOry& exporter, BaseObject* object, const BaseTime& entry
   return A_Err_NONE;
 }
 
+// The null keeps scale 1 but for the composition's pixel aspect, which stretches x: on its
+// static scale, or on every key of its x scale track.
+void StretchByPixelAspect(BaseObject* object, double pixelAspect) {
+  const ComponentParamId x(ObjectParam_Scale, VectorComponent_X);
+  AnimTrack* track = t_ORYOS_Bl->FindTrack(object, &x.id);
+  if (!track) {
+    Vector scale;
+    t_ORYOS_Bo->GetScale(object, &scale);
+    scale.x *= pixelAspect;
+    t_ORYOS_Bo->SetScale(object, &scale);
+    return;
+  }
+  AnimCurve* curve = CurveOf(track);
+  const int32_t count = curve ? t_ORYOS_CA->GetKeyCount(curve) : 0;
+  for (int32_t i = 0; i < count; ++i) {
+    AnimKey* key = t_ORYOS_CA->GetKey(curve, i);
+    t_ORYOS_CA->SetKeyValue(key, curve, t_ORYOS_CA->GetKeyValue(key) * pixelAspect);
+  }
+}
+
 A_Time FrameTime(int32_t frame, const A_Time& frameDuration) {
   return A_Time{frame * frameDuration.value, frameDuration.scale};
 }
@@ -165,6 +185,7 @@ class PlanesExport {
       : exporter_(exporter), layer_(layer), object_(object) {}
 
   A_Err Run() {
+    StretchByPixelAspect(object_, exporter_.pixelAspect);
     strokeOverFill_ = IsStrokeOverFill(exporter_, layer_);
     A_Err status = ReadShapeTimeFrame(layer_, &frame_);
     if (!status) status = SourceTextKeyTimes(exporter_, layer_, &keyTimes_);
