@@ -42,6 +42,20 @@ class ImportScene : public ::testing::Test {
     return project_;
   }
 
+  // Writes a scene description, builds it and imports it into an empty project.
+  Json::Value ImportDescription(const std::string& name, const std::string& description) {
+    const std::string path = dir_ + "/" + name + ".json";
+    qae_test::WriteFile(path, description);
+    const std::string scene = dir_ + "/" + name + ".ory";
+    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", path, "-o", scene});
+    EXPECT_EQ(built.exitCode, 0) << built.err;
+    const std::string output = dir_ + "/" + name + ".project.json";
+    const auto imported = RunCommand(qae_test::AehostPath(), {"import", scene, "--output", output});
+    EXPECT_EQ(imported.exitCode, 0) << imported.err;
+    project_ = ParseJson(qae_test::ReadFile(output));
+    return project_;
+  }
+
   const Json::Value& Comp() const { return project_["comps"][0]; }
 
   // A layer by its name, or by the name of its solid for solids and nulls.
@@ -449,5 +463,112 @@ TEST_F(ImportScene, ACameraAnimatedByFocalLengthGetsZoomKeys) {
   // The document's view does not look through it: its video is off.
   EXPECT_FALSE(camera.get("video", true).asBool());
 }
+
+// The root node that the export writes has no part in the place of what lies below it, but
+// an ancestor above it has: (1, 2, 3) under the root at (500, 0, 0) under (0, 0, 100).
+TEST_F(ImportScene, TheExportRootIsSkippedAndItsAncestorsCount) {
+  ImportDescription("root", R"({"document": {"name": "Root", "params": [{"id": "DocParam_Fps", "int32": 25},
+      {"id": "DocParam_MinTime", "time": [0, 25]}, {"id": "DocParam_MaxTime", "time": [4, 25]}]},
+    "render_settings": [{"params": [{"id": "RenderParam_Width", "float": 640}, {"id": "RenderParam_Height", "float": 360},
+      {"id": "RenderParam_PixelAspect", "float": 1.0}, {"id": "RenderParam_FrameRate", "float": 25}]}],
+    "objects": [{"type": "ObjectType_Null", "name": "Top", "params": [{"id": "ObjectParam_Position", "vector": [0, 0, 100]}],
+      "children": [{"type": "ObjectType_Null", "name": "Root",
+        "params": [{"id": "ObjectParam_Position", "vector": [500, 0, 0]},
+                   {"id": "ParamKey_OriginKey", "string": "QUILLON_EXPORT_ROOT_NODE"}],
+        "children": [{"type": "ObjectType_Null", "name": "Kid",
+          "params": [{"id": "ObjectParam_Position", "vector": [1, 2, 3]}],
+          "tags": [{"type": "TagType_Compositing", "params": [{"id": "CompositingTagParam_Solid", "int32": 0}]}]}]}]}]})");
+  ExpectVector(Layer("Kid")["transform"]["position"], 1, -2, 103);
+}
+
+// Scenes at NTSC rates whose document starts at frame 10: the render rate gives the time
+// scale S = trunc(rate x 100) and one frame is 100 units of it; the document's whole-number
+// rate counts its frames. Composition frame i shows document frame 10 + i.
+struct NtscRate {
+  const char* render;  // RenderParam_FrameRate
+  int document;        // DocParam_Fps
+  int scale;           // S
+};
+
+class ImportAtNtscRate : public ImportScene, public ::testing::WithParamInterface<NtscRate> {
+ protected:
+  // A tagged null with anchor choice 2 holding position x at 0 with keys on document frames
+  // 10, 15 and 20; a light of kind 4 (parallel, its point of interest derived from its turn)
+  // whose brightness has keys 0.25 at frame 0 and 0.5 at frame 10, turning about y from 0 at
+  // frame 10 to 0.5 radians at frame 20.
+  void ImportRates() {
+    const std::string fps = std::to_string(GetParam().document);
+    auto at = [&](int frame) { return "[" + std::to_string(frame) + ", " + fps + "]"; };
+    ImportDescription("rates", R"({"document": {"name": "Rates", "params": [{"id": "DocParam_Fps", "int32": )" + fps +
+                                   R"(}, {"id": "DocParam_MinTime", "time": )" + at(10) +
+                                   R"(}, {"id": "DocParam_MaxTime", "time": )" + at(29) + R"(}]},
+ "render_settings": [{"params": [{"id": "RenderParam_Width", "float": 640}, {"id": "RenderParam_Height", "float": 360},
+   {"id": "RenderParam_PixelAspect", "float": 1.0}, {"id": "RenderParam_FrameRate", "float": )" +
+                                   GetParam().render + R"(}]}],
+ "objects": [
+  {"type": "ObjectType_Null", "name": "Holder",
+   "tags": [{"type": "TagType_Compositing", "params": [{"id": "CompositingTagParam_Solid", "int32": 0},
+                                                      {"id": "CompositingTagParam_Anchor", "int32": 2}]}],
+   "tracks": [{"path": [[903, 23], [1000, 19]], "curve": {"keys": [{"time": )" + at(10) +
+                                   R"(, "value": 0}, {"time": )" + at(15) + R"(, "value": 0}, {"time": )" + at(20) +
+                                   R"(, "value": 0}]}}]},
+  {"type": "ObjectType_Light", "name": "Lamp",
+   "params": [{"id": "LightParam_Type", "int32": 4}, {"id": "LightParam_Intensity", "float": 1.0}],
+   "tracks": [{"path": [[90001, 19]], "curve": {"keys": [{"time": )" + at(0) + R"(, "value": 0.25}, {"time": )" +
+                                   at(10) + R"(, "value": 0.5}]}},
+              {"path": [[904, 23], [1001, 19]], "curve": {"keys": [{"time": )" + at(10) +
+                                   R"(, "value": 0}, {"time": )" + at(20) + R"(, "value": 0.5}]}}]}]})");
+  }
+
+  // Composition frame `frame` in seconds.
+  double Frame(int frame) const { return frame * 100.0 / GetParam().scale; }
+};
+
+// A key of the scene on a frame where the value holds still gives a key there too: the
+// null's place holds at 0 throughout, and its keys stand on frames 0, 5 and 10.
+TEST_P(ImportAtNtscRate, ASceneKeyOnAHoldGivesAKeyThere) {
+  ImportRates();
+  const Json::Value& keys = Layer("Holder")["transform"]["position"]["keys"];
+  ASSERT_EQ(keys.size(), 3u) << keys;
+  for (unsigned i = 0; i < 3; ++i) {
+    EXPECT_DOUBLE_EQ(keys[i]["time"].asDouble(), Frame(static_cast<int>(5 * i)));
+    ExpectVector(keys[i]["value"], 0, 0, 0);
+  }
+}
+
+// Anchor choice 2 is the right end of the top edge: (width, 0) of a null's 100 x 100.
+TEST_P(ImportAtNtscRate, AnchorChoiceTwoIsTheTopRightCorner) {
+  ImportRates();
+  ExpectVector(Layer("Holder")["transform"]["anchorPoint"], 100, 0, 0);
+}
+
+// A light's own values are sampled from scene frame 0, not from the document's start: key 0
+// holds the brightness of frame 0 (0.25, doubled to 50), key 10 that of frame 10.
+TEST_P(ImportAtNtscRate, LightValuesAreSampledFromSceneFrameZero) {
+  ImportRates();
+  const Json::Value& keys = Layer("Lamp")["light"]["intensity"]["keys"];
+  ASSERT_GE(keys.size(), 11u) << keys;
+  EXPECT_DOUBLE_EQ(keys[0]["time"].asDouble(), 0.0);
+  EXPECT_DOUBLE_EQ(keys[0]["value"].asDouble(), 50.0);
+  EXPECT_DOUBLE_EQ(keys[10]["time"].asDouble(), Frame(10));
+  EXPECT_DOUBLE_EQ(keys[10]["value"].asDouble(), 100.0);
+}
+
+// A light without a target looks 1000 ahead along its turn, and as it turns its point of
+// interest follows: at composition frame 10 (document frame 20) the turn is 0.5 radians.
+TEST_P(ImportAtNtscRate, ALightsDerivedPointOfInterestFollowsItsTurn) {
+  ImportRates();
+  const Json::Value& keys = Layer("Lamp")["transform"]["pointOfInterest"]["keys"];
+  ASSERT_GE(keys.size(), 11u) << keys;
+  ExpectVector(keys[0]["value"], 0, 0, 1000);
+  EXPECT_DOUBLE_EQ(keys[10]["time"].asDouble(), Frame(10));
+  ExpectVector(keys[10]["value"], 0, -std::sin(0.5) * 1000, std::cos(0.5) * 1000);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rates, ImportAtNtscRate,
+                         ::testing::Values(NtscRate{"23.976", 24, 2397}, NtscRate{"59.94", 60, 5994}),
+                         [](const ::testing::TestParamInfo<NtscRate>& info) {
+                           return "Fps" + std::to_string(info.param.document);
+                         });
 
 }  // namespace
