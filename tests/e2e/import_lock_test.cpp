@@ -64,15 +64,6 @@ TEST_F(ImportLock, AReaderElsewhereSharesTheFile) {
   EXPECT_TRUE(qae_test::FileExists(Output()));
 }
 
-TEST_F(ImportLock, TheLockIsGivenBackAfterTheImport) {
-  ASSERT_EQ(Import(scene_).exitCode, 0);
-  // A writer gets the file at once afterwards.
-  const int fd = open(scene_.c_str(), O_RDWR);
-  ASSERT_GE(fd, 0);
-  EXPECT_EQ(flock(fd, LOCK_EX | LOCK_NB), 0);
-  close(fd);
-}
-
 TEST_F(ImportLock, FilesThatAreNoScenesAreRefused) {
   const std::string notScene = dir_ + "/not.ory";
   qae_test::WriteFile(notScene, "NOTASCENE");
