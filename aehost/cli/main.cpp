@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
         if (xformCommand->parsed()) return aehost::RunXform(xformOptions);
         if (menuCommand->parsed()) return aehost::RunMenu(menuOptions, argv[0]);
         if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
-    if (evalCommand->parsed()) return aehost::RunEval(evalOptions);
+        if (evalCommand->parsed()) return aehost::RunEval(evalOptions);
         if (outlinesCommand->parsed()) return aehost::RunOutlines(outlinesOptions);
     } catch (const std::bad_alloc&) {
         aehost::HostError("out of memory while running " + app.get_subcommands().front()->get_name());

@@ -138,10 +138,13 @@ Matrix4 LookAt(const Value& position, const Value& target) {
 }
 
 Value LayerPosition(const Project& project, const Item& comp, const Layer& layer, double compTime) {
-  if (!layer.positionSeparated) return EvaluateStream(project, comp, layer, LayerStream::Position, compTime);
-  return MakeValue(EvaluateStream(project, comp, layer, LayerStream::XPosition, compTime)[0],
-                   EvaluateStream(project, comp, layer, LayerStream::YPosition, compTime)[0],
-                   EvaluateStream(project, comp, layer, LayerStream::ZPosition, compTime)[0]);
+  // A layer without a place of its own (an ambient light) stands at the origin of its parent.
+  const auto value = [&](LayerStream id) {
+    return IsStreamLegal(layer, id) ? EvaluateStream(project, comp, layer, id, compTime) : Value{};
+  };
+  if (!layer.positionSeparated) return value(LayerStream::Position);
+  return MakeValue(value(LayerStream::XPosition)[0], value(LayerStream::YPosition)[0],
+                   value(LayerStream::ZPosition)[0]);
 }
 
 Matrix4 LayerToParent(const Project& project, const Item& comp, const Layer& layer,
