@@ -26,12 +26,12 @@ void ReadFontFile(FcPattern* face, FontFile* file) {
   FcPatternGetInteger(face, FC_INDEX, 0, &file->index);
 }
 
-FontFile InstalledFace(const std::string& postScriptName) {
+FontFile InstalledFace(FcConfig* config, const std::string& postScriptName) {
   FontFile file;
   FcPattern* pattern = FcPatternCreate();
   FcObjectSet* objects = FcObjectSetBuild(FC_FILE, FC_INDEX, nullptr);
   if (pattern) FcPatternAddString(pattern, FC_POSTSCRIPT_NAME, reinterpret_cast<const FcChar8*>(postScriptName.c_str()));
-  if (FcFontSet* list = pattern && objects ? FcFontList(nullptr, pattern, objects) : nullptr) {
+  if (FcFontSet* list = pattern && objects ? FcFontList(config, pattern, objects) : nullptr) {
     if (list->nfont > 0) ReadFontFile(list->fonts[0], &file);
     FcFontSetDestroy(list);
   }
@@ -41,14 +41,14 @@ FontFile InstalledFace(const std::string& postScriptName) {
 }
 
 // The face the system's font configuration shows when nothing is asked for.
-FontFile DefaultFace() {
+FontFile DefaultFace(FcConfig* config) {
   FontFile file;
   FcPattern* pattern = FcPatternCreate();
   if (!pattern) return file;
-  FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+  FcConfigSubstitute(config, pattern, FcMatchPattern);
   FcDefaultSubstitute(pattern);
   FcResult result = FcResultNoMatch;
-  if (FcPattern* match = FcFontMatch(nullptr, pattern, &result)) {
+  if (FcPattern* match = FcFontMatch(config, pattern, &result)) {
     ReadFontFile(match, &file);
     FcPatternDestroy(match);
   }
@@ -58,12 +58,18 @@ FontFile DefaultFace() {
 
 // The file of the face with this PostScript name, or, as the host shows text whose font is
 // missing, of the default face. Asked once a name, since the font configuration is slow to
-// load and a layout is asked for at every frame of an export.
+// load and a layout is asked for at every frame of an export. Each look-up loads a
+// configuration of its own and frees it, since the library's shared default one is never
+// given back and would show as a leak at every exit.
 const FontFile* FindFontFile(const std::string& postScriptName) {
   static std::map<std::string, FontFile> found;
   if (auto it = found.find(postScriptName); it != found.end()) return it->second.path.empty() ? nullptr : &it->second;
-  FontFile file = InstalledFace(postScriptName);
-  if (file.path.empty()) file = DefaultFace();
+  FontFile file;
+  if (FcConfig* config = FcInitLoadConfigAndFonts()) {
+    file = InstalledFace(config, postScriptName);
+    if (file.path.empty()) file = DefaultFace(config);
+    FcConfigDestroy(config);
+  }
   const FontFile& kept = found[postScriptName] = file;
   return kept.path.empty() ? nullptr : &kept;
 }
