@@ -25,6 +25,7 @@
 #include "plugin/exporter/text_shape/shape_queries.h"
 #include "tests/support/json_text.h"
 #include "tests/support/run_command.h"
+#include "tests/support/scene_export.h"
 
 namespace {
 
@@ -40,12 +41,7 @@ class ShapeExport : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     dir_ = qae_test::MakeTempDir("shape_export");
-    const auto exported = RunCommand(qae_test::AehostPath(),
-                                     {"export", kExample, "--comp", "Shapes", "--output", dir_ + "/shapes.ory"});
-    ASSERT_EQ(exported.exitCode, 0) << exported.err;
-    const auto dumped = RunCommand(qae_test::OrytoolPath(), {"dump", "--json", dir_ + "/shapes.ory"});
-    ASSERT_EQ(dumped.exitCode, 0) << dumped.err;
-    scene_ = qae_test::ParseJson(dumped.out);
+    scene_ = qae_test::ExportSceneJson(kExample, "Shapes", dir_ + "/shapes.ory", {});
   }
   static void TearDownTestSuite() { std::filesystem::remove_all(dir_); }
 
