@@ -29,27 +29,22 @@ bool TooLarge(const std::string& path, const ReadLimit& limit, std::string* erro
   return Fail(error, path, "larger than the " + SizeText(limit.maxBytes) + " that " + limit.what + " may have");
 }
 
-struct OpenFile {
-  int fd;
-  ~OpenFile() { ::close(fd); }
-};
-
 // Reads to the end, not to the size fstat gave: a file may grow while it is read, and some
 // files (those of /proc) say they are empty.
-bool ReadToEnd(const std::string& path, int fd, const ReadLimit& limit, std::string* bytes, std::string* error) {
+bool ReadToEnd(const std::string& path, InputFile& file, const ReadLimit& limit, std::string* bytes,
+               std::string* error) {
   constexpr std::size_t kChunk = std::size_t{1} << 16;
   std::size_t total = 0;
   for (;;) {
     if (total > limit.maxBytes) return TooLarge(path, limit, error);
     bytes->resize(total + kChunk);
-    const ssize_t n = ::read(fd, bytes->data() + total, kChunk);
-    if (n < 0 && errno == EINTR) continue;
-    if (n < 0) {
+    std::size_t got = 0;
+    if (!file.Read(bytes->data() + total, kChunk, &got, error)) {
       bytes->clear();
-      return Fail(error, path, "cannot read: " + SystemReason(errno));
+      return false;
     }
-    if (n == 0) break;
-    total += static_cast<std::size_t>(n);
+    if (got == 0) break;
+    total += got;
   }
   bytes->resize(total);
   return true;
@@ -63,21 +58,41 @@ bool CheckRegularFile(const std::string& path, std::string* error) {
   return RequireRegular(path, info, error);
 }
 
-bool ReadWholeFile(const std::string& path, const ReadLimit& limit, std::string* bytes, std::string* error) {
+bool InputFile::Open(const std::string& path, const ReadLimit& limit, std::string* error) {
+  path_ = path;
   // Checked before the open too, since opening a device can itself have effects.
   if (!CheckRegularFile(path, error)) return false;
   // Without O_NONBLOCK a fifo put in the file's place since the check would block the open.
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (fd < 0) return Fail(error, path, "cannot open: " + SystemReason(errno));
-  const OpenFile file{fd};
+  fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (fd_ < 0) return Fail(error, path, "cannot open: " + SystemReason(errno));
   struct stat info {};
-  if (::fstat(fd, &info) != 0) return Fail(error, path, "cannot read: " + SystemReason(errno));
+  if (::fstat(fd_, &info) != 0) return Fail(error, path, "cannot read: " + SystemReason(errno));
   if (!RequireRegular(path, info, error)) return false;
-  const auto size = static_cast<std::size_t>(info.st_size);
-  if (size > limit.maxBytes) return TooLarge(path, limit, error);
+  size_ = static_cast<std::size_t>(info.st_size);
+  if (size_ > limit.maxBytes) return TooLarge(path, limit, error);
+  return true;
+}
+
+bool InputFile::Read(void* into, std::size_t size, std::size_t* got, std::string* error) {
+  for (;;) {
+    const ssize_t n = ::read(fd_, into, size);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return Fail(error, path_, "cannot read: " + SystemReason(errno));
+    *got = static_cast<std::size_t>(n);
+    return true;
+  }
+}
+
+InputFile::~InputFile() {
+  if (fd_ >= 0) ::close(fd_);
+}
+
+bool ReadWholeFile(const std::string& path, const ReadLimit& limit, std::string* bytes, std::string* error) {
+  InputFile file;
+  if (!file.Open(path, limit, error)) return false;
   bytes->clear();
-  bytes->reserve(size);
-  return ReadToEnd(path, fd, limit, bytes, error);
+  bytes->reserve(file.Size());
+  return ReadToEnd(path, file, limit, bytes, error);
 }
 
 std::string SizeText(std::size_t bytes) {

@@ -53,26 +53,6 @@ bool ResolveTarget(const std::string& path, std::string* target, std::string* er
   return true;
 }
 
-// Writes the temporary file and renames it over `target`; errno tells why when it fails.
-bool WriteAndRename(const std::string& temp, const std::string& target, const struct stat* existing,
-                    std::string_view bytes) {
-  const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);  // the umask applies
-  if (fd < 0) return false;
-  bool ok = (!existing || ::fchmod(fd, existing->st_mode & 07777) == 0) && WriteAll(fd, bytes) && ::fsync(fd) == 0;
-  int problem = errno;
-  if (::close(fd) != 0 && ok) {
-    ok = false;
-    problem = errno;
-  }
-  if (ok && ::rename(temp.c_str(), target.c_str()) != 0) {
-    ok = false;
-    problem = errno;
-  }
-  if (!ok) ::unlink(temp.c_str());
-  errno = problem;
-  return ok;
-}
-
 // Whether `path` may be replaced: a regular file, or missing in an existing folder.
 // `existing` receives what stat gave, or nothing when the file is missing.
 bool Replaceable(const std::string& path, std::optional<struct stat>* existing, std::string* error) {
@@ -99,18 +79,78 @@ bool CheckReplaceable(const std::string& path, std::string* error) {
 }
 
 bool ReplaceFileContent(const std::string& path, std::string_view bytes, std::string* error) {
-  const std::lock_guard<std::mutex> lock(g_writing);
+  FileReplacement replacement;
+  if (!replacement.Begin(path, error)) return false;
+  replacement.Append(bytes);  // a failure is kept for Commit to report
+  return replacement.Commit(error);
+}
+
+bool FileReplacement::Begin(const std::string& path, std::string* error) {
+  lock_ = std::unique_lock<std::mutex>(g_writing);
+  path_ = path;
   std::optional<struct stat> existing;
   if (!Replaceable(path, &existing, error)) return false;
-  std::string target;
-  if (!ResolveTarget(path, &target, error)) return false;
-  RemoveStaleTemps(target);
-  const std::string temp = TempPathFor(target, ::getpid());
-  const PendingTemp pending(temp);
-  if (!WriteAndRename(temp, target, existing ? &*existing : nullptr, bytes))
-    return Fail(error, path, "cannot write: " + SystemReason(errno));
-  SyncFolderOf(target);
+  if (!ResolveTarget(path, &target_, error)) return false;
+  RemoveStaleTemps(target_);
+  temp_ = TempPathFor(target_, ::getpid());
+  pending_.emplace(temp_);
+  fd_ = ::open(temp_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);  // the umask applies
+  if (fd_ < 0 || (existing && ::fchmod(fd_, existing->st_mode & 07777) != 0)) {
+    const int code = errno;
+    if (fd_ < 0) temp_.clear();  // not made by this open: nothing of ours to remove
+    Abandon();
+    return Fail(error, path, "cannot write: " + SystemReason(code));
+  }
   return true;
 }
+
+bool FileReplacement::Failed(int code) {
+  if (problem_ == 0) problem_ = code;
+  return false;
+}
+
+bool FileReplacement::Append(std::string_view bytes) {
+  if (fd_ < 0 || problem_ != 0) return false;
+  return WriteAll(fd_, bytes) || Failed(errno);
+}
+
+bool FileReplacement::Overwrite(std::uint64_t offset, std::string_view bytes) {
+  if (fd_ < 0 || problem_ != 0) return false;
+  while (!bytes.empty()) {
+    const ssize_t n = ::pwrite(fd_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return Failed(errno);
+    bytes.remove_prefix(static_cast<std::size_t>(n));
+    offset += static_cast<std::uint64_t>(n);
+  }
+  return true;
+}
+
+bool FileReplacement::Commit(std::string* error) {
+  if (fd_ < 0) return Fail(error, path_, "cannot write: " + SystemReason(EBADF));
+  if (problem_ == 0 && ::fsync(fd_) != 0) Failed(errno);
+  if (::close(fd_) != 0) Failed(errno);
+  fd_ = -1;
+  if (problem_ == 0 && ::rename(temp_.c_str(), target_.c_str()) != 0) Failed(errno);
+  if (problem_ != 0) {
+    Abandon();
+    return Fail(error, path_, "cannot write: " + SystemReason(problem_));
+  }
+  temp_.clear();
+  pending_.reset();
+  SyncFolderOf(target_);
+  return true;
+}
+
+// Removes the temporary file of a replacement that did not come to its rename.
+void FileReplacement::Abandon() {
+  if (fd_ >= 0) ::close(fd_);
+  fd_ = -1;
+  if (!temp_.empty()) ::unlink(temp_.c_str());
+  temp_.clear();
+  pending_.reset();
+}
+
+FileReplacement::~FileReplacement() { Abandon(); }
 
 }  // namespace qae::files

@@ -87,6 +87,30 @@ TEST_F(ReplaceFile, ANameOfTheLongestLegalLengthIsWritten) {
   EXPECT_LE(std::filesystem::path(TempPathFor(path, 4194304)).filename().string().size(), 33u);
 }
 
+// Content made piece by piece: pieces in order, a placeholder rewritten at the end, and the
+// target untouched until the commit; one that is never committed leaves only the old file.
+TEST_F(ReplaceFile, AReplacementInPiecesTakesThePlaceOnlyWhenCommitted) {
+  const std::string path = Write("scene", "old");
+  std::string error;
+  {
+    FileReplacement abandoned;
+    ASSERT_TRUE(abandoned.Begin(path, &error)) << error;
+    ASSERT_TRUE(abandoned.Append("half"));
+  }
+  EXPECT_EQ(Read(path), "old");
+  EXPECT_EQ(Names(), std::vector<std::string>{"scene"});
+
+  FileReplacement replacement;
+  ASSERT_TRUE(replacement.Begin(path, &error)) << error;
+  ASSERT_TRUE(replacement.Append(std::string_view("\0\0body", 6)));
+  ASSERT_TRUE(replacement.Append(" and more"));
+  ASSERT_TRUE(replacement.Overwrite(0, "15"));
+  EXPECT_EQ(Read(path), "old");
+  ASSERT_TRUE(replacement.Commit(&error)) << error;
+  EXPECT_EQ(Read(path), "15body and more");
+  EXPECT_EQ(Names(), std::vector<std::string>{"scene"});
+}
+
 // Under `ulimit -f` the write fails with a message instead of SIGXFSZ killing the process.
 TEST_F(ReplaceFile, AWriteBeyondTheFileSizeLimitFailsAndLeavesTheOldFile) {
   const std::string path = Write("kept", "old");

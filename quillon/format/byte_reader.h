@@ -1,11 +1,14 @@
 #pragma once
-// Reads little-endian primitives from a byte buffer that may be hostile: every read is
-// checked against the bytes that remain, and every failure throws a FormatError that names
-// the byte offset where the bad item starts.
+// Reads little-endian primitives from bytes that may be hostile: every read is checked
+// against the bytes that remain, and every failure throws a FormatError that names the byte
+// offset where the bad item starts. The bytes are either all in memory, or come from a
+// source (a file) through a buffer of bounded size, so that a file of any size is read
+// without being held whole.
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace quillon::format {
 
@@ -14,10 +17,26 @@ struct FormatError : std::runtime_error {
   std::size_t offset;
 };
 
-struct ByteReader {
-  ByteReader(const std::uint8_t* data, std::size_t size) : data(data), size(size) {}
+// Where a streaming reader's bytes come from: the next bytes in order, up to `size` of them
+// into `into`; 0 only at the end.
+struct ByteSource {
+  virtual ~ByteSource() = default;
+  virtual std::size_t Read(std::uint8_t* into, std::size_t size) = 0;
+};
 
-  std::uint8_t U8();
+class ByteReader {
+ public:
+  // The bytes from `start` up to `size`, all in `data`; offsets count from `data`.
+  ByteReader(const std::uint8_t* data, std::size_t size, std::size_t start = 0);
+  // The bytes from `start` up to `size` of a file, which `source` gives from `start` on.
+  ByteReader(ByteSource& source, std::size_t size, std::size_t start);
+  ByteReader(const ByteReader&) = delete;
+  ByteReader& operator=(const ByteReader&) = delete;
+
+  // The buffer of a streaming reader holds this much.
+  static constexpr std::size_t kBufferBytes = std::size_t{1} << 20;
+
+  std::uint8_t U8() { return *Take(1, "8-bit value"); }
   std::uint32_t U32();
   std::int32_t I32() { return static_cast<std::int32_t>(U32()); }
   std::uint64_t U64();
@@ -31,17 +50,32 @@ struct ByteReader {
   // that the remaining bytes cannot hold fails here, so that no caller ever reserves or
   // loops beyond what the file can justify.
   std::uint32_t Count(const char* what, std::size_t minItemBytes);
+  // The next `size` bytes into `into`.
+  void Bytes(void* into, std::size_t size, const char* what);
 
-  std::size_t Offset() const { return pos; }
-  std::size_t Remaining() const { return size - pos; }
+  std::size_t Offset() const { return base_ + static_cast<std::size_t>(cur_ - begin_); }
+  std::size_t Remaining() const { return size_ - Offset(); }
   [[noreturn]] void Fail(std::size_t offset, const std::string& problem) const;
 
-  const std::uint8_t* data;
-  std::size_t size;
-  std::size_t pos = 0;
-
  private:
-  const std::uint8_t* Take(std::size_t n, const char* what);
+  const std::uint8_t* Take(std::size_t n, const char* what) {
+    if (static_cast<std::size_t>(end_ - cur_) < n) Refill(n, what);
+    const std::uint8_t* p = cur_;
+    cur_ += n;
+    return p;
+  }
+  // Makes at least n bytes stand behind cur_, or fails as truncated.
+  void Refill(std::size_t n, const char* what);
+  void CheckRemaining(std::size_t n, const char* what) const;
+
+  ByteSource* source_ = nullptr;
+  std::vector<std::uint8_t> buffer_;
+  // The window of bytes at hand: begin_ stands at offset base_, cur_ is the next byte.
+  const std::uint8_t* begin_;
+  const std::uint8_t* cur_;
+  const std::uint8_t* end_;
+  std::size_t base_ = 0;
+  std::size_t size_;
 };
 
 }  // namespace quillon::format

@@ -6,18 +6,32 @@
 #include <stdexcept>
 
 namespace quillon::format {
+namespace {
+
+template <typename Word>
+void LittleEndian(Word v, std::uint8_t* le) {
+  for (std::size_t i = 0; i < sizeof(Word); ++i) le[i] = static_cast<std::uint8_t>(v >> (8 * i));
+}
+
+}  // namespace
 
 // Whole values are appended at once: one capacity check instead of one a byte.
+void ByteWriter::Put(const void* data, std::size_t size) {
+  const auto* p = static_cast<const std::uint8_t*>(data);
+  bytes.insert(bytes.end(), p, p + size);
+  if (sink && bytes.size() >= kBufferBytes) Flush();
+}
+
 void ByteWriter::U32(std::uint32_t v) {
   std::uint8_t le[4];
-  for (int i = 0; i < 4; ++i) le[i] = static_cast<std::uint8_t>(v >> (8 * i));
-  bytes.insert(bytes.end(), le, le + 4);
+  LittleEndian(v, le);
+  Put(le, 4);
 }
 
 void ByteWriter::U64(std::uint64_t v) {
   std::uint8_t le[8];
-  for (int i = 0; i < 8; ++i) le[i] = static_cast<std::uint8_t>(v >> (8 * i));
-  bytes.insert(bytes.end(), le, le + 8);
+  LittleEndian(v, le);
+  Put(le, 8);
 }
 
 void ByteWriter::F64(double v) { U64(std::bit_cast<std::uint64_t>(v)); }
@@ -33,23 +47,57 @@ void ByteWriter::String16(const std::u16string& text) {
   if (text.size() > std::numeric_limits<std::uint32_t>::max() / 2)
     throw std::length_error("text of more than 2 G units cannot be written");
   U32(static_cast<std::uint32_t>(text.size()));
-  for (char16_t unit : text) {
-    bytes.push_back(static_cast<std::uint8_t>(unit));
-    bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
+  // In pieces, so that a long text passes through a bounded buffer.
+  std::uint8_t piece[512];
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t n = 0;
+    for (; n < sizeof piece && at < text.size(); n += 2, ++at) {
+      piece[n] = static_cast<std::uint8_t>(text[at]);
+      piece[n + 1] = static_cast<std::uint8_t>(text[at] >> 8);
+    }
+    Put(piece, n);
   }
 }
 
 void ByteWriter::Raw(const void* data, std::size_t size) {
-  const auto* p = static_cast<const std::uint8_t*>(data);
-  bytes.insert(bytes.end(), p, p + size);
+  if (!sink || bytes.size() + size < kBufferBytes) {
+    Put(data, size);
+    return;
+  }
+  // A large block goes to the sink as it is instead of through the buffer.
+  Flush();
+  sink->Append(static_cast<const std::uint8_t*>(data), size);
+  handed += size;
 }
 
-void ByteWriter::PatchU32(std::size_t offset, std::uint32_t v) {
-  for (int i = 0; i < 4; ++i) bytes.at(offset + i) = static_cast<std::uint8_t>(v >> (8 * i));
+void ByteWriter::Flush() {
+  if (!sink || bytes.empty()) return;
+  sink->Append(bytes.data(), bytes.size());
+  handed += bytes.size();
+  bytes.clear();
 }
 
-void ByteWriter::PatchU64(std::size_t offset, std::uint64_t v) {
-  for (int i = 0; i < 8; ++i) bytes.at(offset + i) = static_cast<std::uint8_t>(v >> (8 * i));
+void ByteWriter::Patch(std::uint64_t offset, const std::uint8_t* le, std::size_t size) {
+  if (offset + size > Size()) throw std::out_of_range("patch beyond the bytes written");
+  if (offset >= handed) {
+    std::memcpy(bytes.data() + (offset - handed), le, size);
+    return;
+  }
+  // Bytes already handed over: the sink rewrites them once it holds everything before the end.
+  Flush();
+  sink->Rewrite(offset, le, size);
+}
+
+void ByteWriter::PatchU32(std::uint64_t offset, std::uint32_t v) {
+  std::uint8_t le[4];
+  LittleEndian(v, le);
+  Patch(offset, le, 4);
+}
+
+void ByteWriter::PatchU64(std::uint64_t offset, std::uint64_t v) {
+  std::uint8_t le[8];
+  LittleEndian(v, le);
+  Patch(offset, le, 8);
 }
 
 }  // namespace quillon::format

@@ -1,6 +1,8 @@
 #pragma once
-// Appends little-endian primitives to a growing byte buffer. Scene files are always
-// little-endian whatever the machine, so that a file moves between platforms unchanged.
+// Appends little-endian primitives to a byte buffer. Scene files are always little-endian
+// whatever the machine, so that a file moves between platforms unchanged. Without a sink the
+// buffer grows to hold everything written; with one, the buffer is handed to the sink each
+// time it fills, so that a file of any size is written through a buffer of bounded size.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,10 +10,26 @@
 
 namespace quillon::format {
 
-struct ByteWriter {
-  std::vector<std::uint8_t> bytes;
+// Where a writer's bytes go once its buffer is full: the bytes in order, and rewrites of
+// bytes handed over before. A sink that fails throws.
+struct ByteSink {
+  virtual ~ByteSink() = default;
+  virtual void Append(const std::uint8_t* data, std::size_t size) = 0;
+  // Only bytes that were written as zeros are rewritten, and only at the end of a file.
+  virtual void Rewrite(std::uint64_t offset, const std::uint8_t* data, std::size_t size) = 0;
+};
 
-  void U8(std::uint8_t v) { bytes.push_back(v); }
+struct ByteWriter {
+  // The buffer holds about this much before a writer with a sink hands it over.
+  static constexpr std::size_t kBufferBytes = std::size_t{1} << 20;
+
+  // What is not yet handed to the sink: without a sink, everything written.
+  std::vector<std::uint8_t> bytes;
+  ByteSink* sink = nullptr;
+  // How many bytes went to the sink before those in `bytes`.
+  std::uint64_t handed = 0;
+
+  void U8(std::uint8_t v) { Put(&v, 1); }
   void U32(std::uint32_t v);
   void I32(std::int32_t v) { U32(static_cast<std::uint32_t>(v)); }
   void U64(std::uint64_t v);
@@ -24,10 +42,17 @@ struct ByteWriter {
   void String16(const std::u16string& text);
   void Raw(const void* data, std::size_t size);
 
-  std::size_t Size() const { return bytes.size(); }
+  // Bytes written so far, handed over or not.
+  std::uint64_t Size() const { return handed + bytes.size(); }
   // Overwrite bytes written earlier, for lengths and sums known only after the content.
-  void PatchU32(std::size_t offset, std::uint32_t v);
-  void PatchU64(std::size_t offset, std::uint64_t v);
+  void PatchU32(std::uint64_t offset, std::uint32_t v);
+  void PatchU64(std::uint64_t offset, std::uint64_t v);
+  // Hands the buffer to the sink; without a sink nothing happens.
+  void Flush();
+
+ private:
+  void Put(const void* data, std::size_t size);
+  void Patch(std::uint64_t offset, const std::uint8_t* le, std::size_t size);
 };
 
 }  // namespace quillon::format

@@ -1,7 +1,6 @@
 #include "quillon/format/document_reader.h"
 
 #include <cmath>
-#include <cstring>
 #include <unordered_map>
 #include <vector>
 
@@ -67,9 +66,7 @@ std::unique_ptr<Tag> ReadTag(ReadContext& c, int depth) {
   if (count > INT32_MAX || (elementSize == 0 && count != 0))
     c.r.Fail(at, "tag of type " + Str(tag->type) + " cannot hold " + Str(count) + " elements");
   tag->Resize(static_cast<std::int32_t>(count));
-  const std::size_t bytes = tag->data.size();
-  if (bytes > 0) std::memcpy(tag->data.data(), c.r.data + c.r.Offset(), bytes);
-  c.r.pos += bytes;
+  c.r.Bytes(tag->data.data(), tag->data.size(), "tag element");
   return tag;
 }
 
@@ -164,7 +161,7 @@ void ReadCurve(ReadContext& c, Track& track, int depth) {
   for (std::uint32_t i = 0; i < count; ++i) {
     const std::size_t at = c.r.Offset();
     std::unique_ptr<Key> key = ReadKey(c, curve, depth);
-    if (i > 0 && !(curve.keys.at(static_cast<std::int32_t>(i) - 1)->time < key->time))
+    if (i > 0 && !(curve.keys.timeAt(static_cast<std::int32_t>(i) - 1) < key->time))
       c.r.Fail(at, "key " + Str(i) + " does not come after the key before it");
     curve.keys.insert(static_cast<std::int32_t>(i), std::move(key));
   }

@@ -14,10 +14,16 @@ namespace quillon::format {
 namespace {
 
 // Link ids are process-wide numbers; the file numbers the nodes that carry one by their
-// order in the file instead, so that the same document always gives the same bytes.
+// order in the file instead, so that the same document always gives the same bytes. A link
+// to a node that comes later is written as 0 and filled in at the end, when all numbers are
+// known, since the bytes before may have gone to the file by then.
 struct WriteContext : ByteWriter {
+  struct PendingLink {
+    std::uint64_t offset;
+    std::uint64_t linkId;
+  };
   std::unordered_map<std::uint64_t, std::uint64_t> ordinals;  // link id -> number in the file
-  std::vector<std::size_t> linkRefs;                          // offsets of links still holding link ids
+  std::vector<PendingLink> pendingLinks;
 
   void NodeId(std::uint64_t linkId) {
     const auto ordinal = static_cast<std::uint64_t>(ordinals.size() + 1);
@@ -25,16 +31,19 @@ struct WriteContext : ByteWriter {
     U64(ordinal);
   }
   void LinkRef(std::uint64_t linkId) {
-    linkRefs.push_back(Size());
-    U64(linkId);
+    const auto found = ordinals.find(linkId);
+    if (found != ordinals.end()) {
+      U64(found->second);
+      return;
+    }
+    if (linkId != 0) pendingLinks.push_back({Size(), linkId});
+    U64(0);
   }
-  // Links to nodes that the file does not hold become 0.
+  // Links to nodes that the file does not hold stay 0.
   void NumberLinks() {
-    for (std::size_t offset : linkRefs) {
-      std::uint64_t linkId = 0;
-      for (int i = 7; i >= 0; --i) linkId = (linkId << 8) | bytes[offset + i];
-      const auto found = ordinals.find(linkId);
-      PatchU64(offset, found == ordinals.end() ? 0 : found->second);
+    for (const PendingLink& link : pendingLinks) {
+      const auto found = ordinals.find(link.linkId);
+      if (found != ordinals.end()) PatchU64(link.offset, found->second);
     }
   }
 };
@@ -238,7 +247,7 @@ void WriteViews(WriteContext& w, const Document& document) {
 
 void WriteDocumentBody(ByteWriter& out, const Document& document) {
   WriteContext w;
-  w.bytes = std::move(out.bytes);
+  static_cast<ByteWriter&>(w) = std::move(out);
   WriteNodeCommon(w, document, 0);
   WriteTime(w, document.currentTime);
   WriteObjectTree(w, *document.objects, 0);
@@ -249,7 +258,7 @@ void WriteDocumentBody(ByteWriter& out, const Document& document) {
   WritePlainTree(w, *document.markers);
   WriteViews(w, document);
   w.NumberLinks();
-  out.bytes = std::move(w.bytes);
+  out = std::move(static_cast<ByteWriter&>(w));
 }
 
 }  // namespace quillon::format

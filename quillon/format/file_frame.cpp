@@ -13,15 +13,7 @@ namespace quillon::format {
 namespace {
 
 std::uint32_t Checksum(const std::uint8_t* data, std::size_t size) {
-  uLong crc = crc32(0L, Z_NULL, 0);
-  // zlib takes 32-bit lengths: feed large bodies in pieces.
-  while (size > 0) {
-    const auto piece = static_cast<uInt>(std::min<std::size_t>(size, 1u << 30));
-    crc = crc32(crc, data, piece);
-    data += piece;
-    size -= piece;
-  }
-  return static_cast<std::uint32_t>(crc);
+  return AddToChecksum(EmptyChecksum(), data, size);
 }
 
 std::string Hex(std::uint32_t v) {
@@ -41,6 +33,37 @@ std::string Printable(const std::uint8_t* p, std::size_t n) {
 
 }  // namespace
 
+std::uint32_t EmptyChecksum() { return static_cast<std::uint32_t>(crc32(0L, Z_NULL, 0)); }
+
+std::uint32_t AddToChecksum(std::uint32_t checksum, const std::uint8_t* data, std::size_t size) {
+  uLong crc = checksum;
+  // zlib takes 32-bit lengths: feed large bodies in pieces.
+  while (size > 0) {
+    const auto piece = static_cast<uInt>(std::min<std::size_t>(size, 1u << 30));
+    crc = crc32(crc, data, piece);
+    data += piece;
+    size -= piece;
+  }
+  return static_cast<std::uint32_t>(crc);
+}
+
+// The checksum is linear over bodies of one length: the sum of a body with some zeros
+// rewritten is the old sum plus the sum of the change, and the change is the rewritten bytes
+// followed by `bytesAfter` zeros. zlib's crc32_combine moves a sum past that many zeros in
+// logarithmic time, so a rewrite near the start of a large body costs no pass over it.
+std::uint32_t ChecksumAfterRewrite(std::uint32_t checksum, const std::uint8_t* data, std::size_t size,
+                                   std::uint64_t bytesAfter) {
+  std::uint32_t change = 0;
+  static constexpr std::uint8_t kZeros[64] = {};
+  for (std::size_t at = 0; at < size; at += sizeof kZeros) {
+    const std::size_t n = std::min(size - at, sizeof kZeros);
+    // Rewritten bytes against zeros, piece by piece, each piece carried past the pieces after it.
+    const uLong piece = crc32(0L, data + at, static_cast<uInt>(n)) ^ crc32(0L, kZeros, static_cast<uInt>(n));
+    change ^= static_cast<std::uint32_t>(crc32_combine(piece, 0, static_cast<z_off_t>(size - at - n + bytesAfter)));
+  }
+  return checksum ^ change;
+}
+
 void BeginFrame(ByteWriter& w) {
   w.Raw(kSignature, 4);
   for (int shift = 24; shift >= 0; shift -= 8) w.U8(static_cast<std::uint8_t>(kIdent >> shift));
@@ -50,38 +73,49 @@ void BeginFrame(ByteWriter& w) {
 }
 
 void SealFrame(ByteWriter& w) {
-  const std::size_t bodySize = w.Size() - kFrameHeaderBytes;
-  w.PatchU32(8, kFormatVersion);
-  w.PatchU32(12, Checksum(w.bytes.data() + kFrameHeaderBytes, bodySize));
-  w.PatchU64(16, bodySize);
+  SealFrame(w, Checksum(w.bytes.data() + kFrameHeaderBytes, w.bytes.size() - kFrameHeaderBytes));
 }
 
-void CheckFrame(const std::uint8_t* data, std::size_t size) {
-  ByteReader r(data, size);
-  if (size < kFrameHeaderBytes)
-    r.Fail(size, "the file ends after " + std::to_string(size) + " bytes, inside the " +
-                     std::to_string(kFrameHeaderBytes) + "-byte header");
-  if (std::memcmp(data, kSignature, 4) != 0)
-    r.Fail(0, "signature " + Printable(data, 4) + " is not " + Printable(
+void SealFrame(ByteWriter& w, std::uint32_t bodyChecksum) {
+  w.PatchU32(8, kFormatVersion);
+  w.PatchU32(12, bodyChecksum);
+  w.PatchU64(16, w.Size() - kFrameHeaderBytes);
+}
+
+std::uint32_t CheckFrameHeader(const std::uint8_t* header, std::size_t fileSize) {
+  ByteReader r(header, std::min(fileSize, kFrameHeaderBytes));
+  if (fileSize < kFrameHeaderBytes)
+    r.Fail(fileSize, "the file ends after " + std::to_string(fileSize) + " bytes, inside the " +
+                         std::to_string(kFrameHeaderBytes) + "-byte header");
+  if (std::memcmp(header, kSignature, 4) != 0)
+    r.Fail(0, "signature " + Printable(header, 4) + " is not " + Printable(
                   reinterpret_cast<const std::uint8_t*>(kSignature), 4) + ": not a scene file");
-  const std::uint32_t ident = (std::uint32_t{data[4]} << 24) | (std::uint32_t{data[5]} << 16) |
-                              (std::uint32_t{data[6]} << 8) | data[7];
-  if (ident != kIdent) r.Fail(4, "ident " + Printable(data + 4, 4) + " is not \"ORY6\"");
-  r.pos = 8;
+  const std::uint32_t ident = (std::uint32_t{header[4]} << 24) | (std::uint32_t{header[5]} << 16) |
+                              (std::uint32_t{header[6]} << 8) | header[7];
+  if (ident != kIdent) r.Fail(4, "ident " + Printable(header + 4, 4) + " is not \"ORY6\"");
+  r.U64();
   const std::uint32_t version = r.U32();
   if (version != kFormatVersion)
     r.Fail(8, "format version " + std::to_string(version) + " is not the version " +
                   std::to_string(kFormatVersion) + " that this reader reads");
   const std::uint32_t checksum = r.U32();
   const std::uint64_t length = r.U64();
-  if (length != r.Remaining())
-    r.Fail(16, "body length " + std::to_string(length) + " does not match the " +
-                   std::to_string(r.Remaining()) + " bytes after the header" +
-                   (length > r.Remaining() ? ": the file is truncated" : ""));
-  const std::uint32_t actual = Checksum(data + kFrameHeaderBytes, r.Remaining());
-  if (actual != checksum)
-    r.Fail(12, "checksum " + Hex(checksum) + " does not match the body's " + Hex(actual) +
-                   ": the file is damaged");
+  const std::size_t body = fileSize - kFrameHeaderBytes;
+  if (length != body)
+    r.Fail(16, "body length " + std::to_string(length) + " does not match the " + std::to_string(body) +
+                   " bytes after the header" + (length > body ? ": the file is truncated" : ""));
+  return checksum;
+}
+
+void CheckBodyChecksum(std::uint32_t expected, std::uint32_t actual) {
+  if (actual != expected)
+    throw FormatError(12, "checksum " + Hex(expected) + " does not match the body's " + Hex(actual) +
+                              ": the file is damaged");
+}
+
+void CheckFrame(const std::uint8_t* data, std::size_t size) {
+  const std::uint32_t checksum = CheckFrameHeader(data, size);
+  CheckBodyChecksum(checksum, Checksum(data + kFrameHeaderBytes, size - kFrameHeaderBytes));
 }
 
 }  // namespace quillon::format

@@ -19,10 +19,26 @@ inline constexpr std::size_t kFrameHeaderBytes = 24;
 
 // Writes the header with room for the length and checksum; the body follows it.
 void BeginFrame(ByteWriter& w);
-// Fills in version, length and checksum of everything behind the header.
+// Fills in version, length and checksum of everything behind the header, which `w` holds.
 void SealFrame(ByteWriter& w);
+// The same for a body that went to a sink, whose checksum the sink kept.
+void SealFrame(ByteWriter& w, std::uint32_t bodyChecksum);
+
+// The checksum of a body, fed piece by piece: start with EmptyChecksum(), then add each
+// piece in order.
+std::uint32_t EmptyChecksum();
+std::uint32_t AddToChecksum(std::uint32_t checksum, const std::uint8_t* data, std::size_t size);
+// The checksum of a body after `size` bytes that were zeros are rewritten with `data`,
+// `bytesAfter` bytes before the body's end.
+std::uint32_t ChecksumAfterRewrite(std::uint32_t checksum, const std::uint8_t* data, std::size_t size,
+                                   std::uint64_t bytesAfter);
 // Checks the header, the length and the checksum of a whole file; throws FormatError
 // naming the offset. The body then starts at kFrameHeaderBytes.
 void CheckFrame(const std::uint8_t* data, std::size_t size);
+// The same in two steps, for a body that is read as it is checked: the header (its first
+// bytes, as many as the file has up to kFrameHeaderBytes) against the file's size, which
+// gives the checksum that the body must have; then that checksum against the body's.
+std::uint32_t CheckFrameHeader(const std::uint8_t* header, std::size_t fileSize);
+void CheckBodyChecksum(std::uint32_t expected, std::uint32_t actual);
 
 }  // namespace quillon::format

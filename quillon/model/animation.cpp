@@ -42,46 +42,54 @@ Track::~Track() {
 
 Key* KeyStore::at(int32_t index) const {
   if (index < 0 || index >= size()) return nullptr;
-  auto i = static_cast<size_t>(index);
-  return i < gapBegin_ ? slots_[i] : slots_[i + gapSize()];
+  return slots_[slotOf(index)];
 }
 
 void KeyStore::moveGap(size_t position) {
   if (position < gapBegin_) {
     size_t n = gapBegin_ - position;
     std::move_backward(slots_.begin() + position, slots_.begin() + gapBegin_, slots_.begin() + gapEnd_);
+    std::move_backward(times_.begin() + position, times_.begin() + gapBegin_, times_.begin() + gapEnd_);
     gapBegin_ -= n;
     gapEnd_ -= n;
   } else if (position > gapBegin_) {
     size_t n = position - gapBegin_;
     std::move(slots_.begin() + gapEnd_, slots_.begin() + gapEnd_ + n, slots_.begin() + gapBegin_);
+    std::move(times_.begin() + gapEnd_, times_.begin() + gapEnd_ + n, times_.begin() + gapBegin_);
     gapBegin_ += n;
     gapEnd_ += n;
   }
 }
 
-void KeyStore::grow() {
-  size_t used = slots_.size() - gapSize();
-  size_t capacity = std::max<size_t>(16, used * 2);
-  std::vector<Key*> grown(capacity, nullptr);
-  std::copy(slots_.begin(), slots_.begin() + gapBegin_, grown.begin());
-  size_t tail = slots_.size() - gapEnd_;
-  std::copy(slots_.begin() + gapEnd_, slots_.end(), grown.end() - tail);
-  slots_ = std::move(grown);
-  gapEnd_ = slots_.size() - tail;
+void KeyStore::reallocate(size_t capacity) {
+  moveGap(static_cast<size_t>(size()));
+  const size_t used = gapBegin_;
+  std::vector<Key*> slots(capacity, nullptr);
+  std::vector<BaseTime> times(capacity);
+  std::copy(slots_.begin(), slots_.begin() + used, slots.begin());
+  std::copy(times_.begin(), times_.begin() + used, times.begin());
+  slots_ = std::move(slots);
+  times_ = std::move(times);
+  gapEnd_ = capacity;
 }
 
 void KeyStore::insert(int32_t index, std::unique_ptr<Key> key) {
   if (index < 0 || index > size()) return;
-  if (gapSize() == 0) grow();
+  if (gapSize() == 0) reallocate(std::max<size_t>(kMinCapacity, slots_.size() * 2));
   moveGap(static_cast<size_t>(index));
+  times_[gapBegin_] = key->time;
   slots_[gapBegin_++] = key.release();
 }
 
 std::unique_ptr<Key> KeyStore::erase(int32_t index) {
   if (index < 0 || index >= size()) return nullptr;
   moveGap(static_cast<size_t>(index));
-  return std::unique_ptr<Key>(slots_[gapEnd_++]);
+  std::unique_ptr<Key> key(slots_[gapEnd_++]);
+  // A pruned curve gives back the room it grew to, so that a track of a thousand keys
+  // pruned to two does not hold a thousand slots for the rest of the document's life.
+  const auto used = static_cast<size_t>(size());
+  if (slots_.size() > kMinCapacity && used * 4 < slots_.size()) reallocate(std::max(kMinCapacity, used * 2));
+  return key;
 }
 
 KeyStore::~KeyStore() {
@@ -116,22 +124,26 @@ bool PathsEqual(const std::vector<ParamLevel>& a, const ParamLevel* levels, int3
 }
 
 int32_t LowerBound(const Curve& curve, const BaseTime& time, bool* exact) {
-  int32_t low = 0, high = curve.keys.size();
+  const KeyStore& keys = curve.keys;
+  int32_t low = 0, high = keys.size();
   while (low < high) {
     int32_t mid = low + (high - low) / 2;
-    if (curve.keys.at(mid)->time < time) {
+    if (keys.timeAt(mid) < time) {
       low = mid + 1;
     } else {
       high = mid;
     }
   }
-  if (exact) *exact = low < curve.keys.size() && curve.keys.at(low)->time == time;
+  if (exact) *exact = low < keys.size() && keys.timeAt(low) == time;
   return low;
 }
 
 Key* AddKeyAt(Curve& curve, const BaseTime& time) {
+  const int32_t count = curve.keys.size();
+  // Keys mostly come in time order: one behind the last needs no search.
   bool exact = false;
-  int32_t index = LowerBound(curve, time, &exact);
+  const bool behindLast = count == 0 || curve.keys.timeAt(count - 1) < time;
+  int32_t index = behindLast ? count : LowerBound(curve, time, &exact);
   if (exact) return curve.keys.at(index);
   auto key = std::make_unique<Key>();
   key->time = time;

@@ -1,7 +1,9 @@
 // Animation: a track on a node, bound to a parameter path, holds one curve;
 // the curve holds keys in time order. Keys live in a gap buffer, so that keys
 // added in time order, and keys deleted one by one while walking the curve,
-// each cost constant time on average; look-ups by time are binary searches.
+// each cost constant time on average. The times stand in an array of their own
+// beside the keys, so that a look-up by time is a binary search over
+// contiguous times that touches no key until it has found one.
 #pragma once
 
 #include <memory>
@@ -23,11 +25,15 @@ class Key : public Node {
   Curve* curve = nullptr;
 };
 
-// Keys by index in time order, with a movable gap.
+// Keys by index in time order, with a movable gap. Slot i of `times_` holds
+// the time of the key in slot i of `slots_`; both share the gap.
 class KeyStore {
  public:
   int32_t size() const { return static_cast<int32_t>(slots_.size() - gapSize()); }
   Key* at(int32_t index) const;
+  const BaseTime& timeAt(int32_t index) const { return times_[slotOf(index)]; }
+  // The slots held, used or not: what the store costs beside its keys.
+  size_t capacity() const { return slots_.size(); }
   void insert(int32_t index, std::unique_ptr<Key> key);
   std::unique_ptr<Key> erase(int32_t index);
   ~KeyStore();
@@ -36,10 +42,17 @@ class KeyStore {
   KeyStore& operator=(const KeyStore&) = delete;
 
  private:
+  static constexpr size_t kMinCapacity = 16;
   size_t gapSize() const { return gapEnd_ - gapBegin_; }
+  size_t slotOf(int32_t index) const {
+    auto i = static_cast<size_t>(index);
+    return i < gapBegin_ ? i : i + gapSize();
+  }
   void moveGap(size_t position);
-  void grow();
+  // Moves the keys into `capacity` slots, the gap at the end.
+  void reallocate(size_t capacity);
   std::vector<Key*> slots_;
+  std::vector<BaseTime> times_;
   size_t gapBegin_ = 0;
   size_t gapEnd_ = 0;
 };
