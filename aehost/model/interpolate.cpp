@@ -56,22 +56,46 @@ void Handle(const Side& side, double span, double delta, double* dt, double* dv)
   *dv = side.ease.speed * influence * span;
 }
 
+double CubicSlope(const double p[4], double u) {
+  const double a = 1.0 - u;
+  return 3.0 * (a * a * (p[1] - p[0]) + 2.0 * a * u * (p[2] - p[1]) + u * u * (p[3] - p[2]));
+}
+
+// The parameter u at which the time curve x(u) reaches t. x does not decrease while both
+// influences lie in 0..1, so the root stays bracketed: Newton steps converge in a handful of
+// evaluations, and a step that would leave the bracket (a flat stretch of an ease) halves it
+// instead, so a root is found to the last bits either way.
+double ParameterAtTime(const double x[4], double t) {
+  double lo = 0.0, hi = 1.0;
+  double u = std::clamp((t - x[0]) / (x[3] - x[0]), 0.0, 1.0);
+  for (int i = 0; i < 100; ++i) {
+    const double miss = Cubic(x, u) - t;
+    if (miss == 0.0) return u;
+    (miss < 0.0 ? lo : hi) = u;
+    const double slope = CubicSlope(x, u);
+    double next = slope > 0.0 ? u - miss / slope : 0.5 * (lo + hi);
+    if (!(next > lo && next < hi)) next = 0.5 * (lo + hi);
+    if (std::fabs(next - u) <= 1e-16 || next == lo || next == hi) return next;
+    u = next;
+  }
+  return u;
+}
+
 // One channel of the temporal curve: from s at t0 to e at t1, at time t.
 double EaseChannel(double s, double e, double t0, double t1, const Side& out, const Side& in,
                    double t) {
   const double span = t1 - t0;
+  // Two linear sides put both handles a third of the way along the straight line between the
+  // keys, so the cubic is that line travelled at constant speed.
+  if (out.interpolation != Interpolation::Bezier && in.interpolation != Interpolation::Bezier) {
+    return s + (e - s) * ((t - t0) / span);
+  }
   double outDt, outDv, inDt, inDv;
   Handle(out, span, e - s, &outDt, &outDv);
   Handle(in, span, e - s, &inDt, &inDv);
   const double x[4] = {t0, t0 + outDt, t1 - inDt, t1};
   const double y[4] = {s, s + outDv, e - inDv, e};
-  // x(u) does not decrease while both influences lie in 0..1: bisection.
-  double lo = 0.0, hi = 1.0;
-  for (int i = 0; i < 64; ++i) {
-    const double mid = 0.5 * (lo + hi);
-    (Cubic(x, mid) < t ? lo : hi) = mid;
-  }
-  return Cubic(y, 0.5 * (lo + hi));
+  return Cubic(y, ParameterAtTime(x, t));
 }
 
 Side OutSide(const Keyframe& key, int channel) {

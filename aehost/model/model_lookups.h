@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "aehost/model/project.h"
@@ -21,6 +22,9 @@ struct LayerAndComp {
 struct ModelLookups {
   const Project* project = nullptr;  // the project the look-ups were made in
   std::unordered_map<int, LayerAndComp> layers;  // by layer id, all made at the first look-up
+  // Layers that are some layer's parent: only their matrices are asked for again at the same
+  // time, so only theirs are remembered.
+  std::unordered_set<int> parentIds;
   struct LayerAtTime {
     const Layer* layer;
     double time;
@@ -41,8 +45,8 @@ void ForgetLookups(ModelLookups& lookups);
 // The layer with this id in any composition of the project; nulls when there is none.
 LayerAndComp LookUpLayer(ModelLookups& lookups, Project& project, int layerId);
 
-// LayerToWorld, with the matrices of the layer and its parents at this time remembered. The
-// chain is walked with a loop of its own, never by recursion, and at most once a time.
+// LayerToWorld, with the matrices of the layer's parents at this time remembered. The chain is
+// walked with a loop of its own, never by recursion, and at most once a time.
 Matrix4 LookUpLayerToWorld(ModelLookups& lookups, Project& project, const Item& comp,
                            const Layer& layer, double compTime);
 

@@ -95,6 +95,49 @@ TEST(InterpolateEase, FullInfluenceStaysSymmetric) {
   EXPECT_NEAR(InterpolateKeys(OneD({k0, k1}), 1.0)[0], 4.0, 1e-4);
 }
 
+// The ease curve at time t found by halving the parameter 200 times, slowly and surely, from
+// the control points of the documented model.
+double EasedByHalving(double v1, double speedOut, double inflOut, double speedIn, double inflIn, double t) {
+  const auto cubic = [](double p0, double p1, double p2, double p3, double u) {
+    const double a = 1.0 - u;
+    return a * a * a * p0 + 3.0 * a * a * u * p1 + 3.0 * a * u * u * p2 + u * u * u * p3;
+  };
+  double lo = 0.0, hi = 1.0;
+  for (int i = 0; i < 200; ++i) {
+    const double mid = 0.5 * (lo + hi);
+    (cubic(0.0, inflOut, 1.0 - inflIn, 1.0, mid) < t ? lo : hi) = mid;
+  }
+  return cubic(0.0, speedOut * inflOut, v1 - speedIn * inflIn, v1, lo);
+}
+
+struct EaseCase {
+  double speedOut, influenceOut, speedIn, influenceIn;
+};
+
+class InterpolateEaseShapes : public testing::TestWithParam<EaseCase> {};
+
+// Eases from gentle to a side that stands still for most of the segment: the value is the
+// curve's own at every time, also where the time curve is flat.
+TEST_P(InterpolateEaseShapes, FollowTheCurveAtEveryTime) {
+  const EaseCase c = GetParam();
+  Keyframe k0 = Key(0.0, V(0.0), Interpolation::Linear, Interpolation::Bezier);
+  Keyframe k1 = Key(1.0, V(10.0), Interpolation::Bezier, Interpolation::Linear);
+  k0.easeOut[0] = {c.speedOut, c.influenceOut};
+  k1.easeIn[0] = {c.speedIn, c.influenceIn};
+  const Stream stream = OneD({k0, k1});
+  for (int i = 1; i < 40; ++i) {
+    const double t = i / 40.0;
+    const double expected =
+        EasedByHalving(10.0, c.speedOut, c.influenceOut / 100.0, c.speedIn, c.influenceIn / 100.0, t);
+    EXPECT_NEAR(InterpolateKeys(stream, t)[0], expected, 1e-9) << "at " << t;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Eases, InterpolateEaseShapes,
+                         testing::Values(EaseCase{0.0, kThird, 0.0, kThird}, EaseCase{0.0, 90.0, 0.0, 5.0},
+                                         EaseCase{40.0, 10.0, 0.0, 100.0}, EaseCase{-30.0, 60.0, 80.0, 70.0},
+                                         EaseCase{0.0, 100.0, 0.0, 0.1}));
+
 TEST(InterpolateEase, ScaleEasesEachDimensionOnItsOwn) {
   Stream stream;
   stream.kind = StreamKind::ThreeD;

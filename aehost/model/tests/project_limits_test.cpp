@@ -229,5 +229,22 @@ TEST(ModelLookups, RememberedWorldMatricesEqualTheChainWalkedAfresh) {
   }
 }
 
+// Only the matrices that another layer's matrix is made from are remembered: an export reads
+// each layer once a frame, so remembering every layer would only fill memory.
+TEST(ModelLookups, OnlyTheMatricesOfParentsAreRemembered) {
+  SmallProject p;
+  Layer& parent = p.Solid();
+  Layer& child = p.Solid();
+  Layer& alone = p.Solid();
+  child.parentId = parent.id;
+  ModelLookups lookups;
+  for (const double time : {0.0, 0.5}) {
+    LookUpLayerToWorld(lookups, p.project, *p.comp, alone, time);
+    LookUpLayerToWorld(lookups, p.project, *p.comp, child, time);
+  }
+  ASSERT_EQ(lookups.worlds.size(), 2u);
+  for (const auto& [key, matrix] : lookups.worlds) EXPECT_EQ(key.layer, &parent);
+}
+
 }  // namespace
 }  // namespace aehost
