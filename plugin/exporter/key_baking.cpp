@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "plugin/exporter/exporter_host.h"
 #include "plugin/exporter/layer_matrix.h"
@@ -56,9 +57,62 @@ FrameRange LayerFrames(AEGP_LayerH layer) {
   return FrameRange{first, first + FrameOfHostTime(duration, rate)};
 }
 
-std::pair<double, double> RatioBounds(const TimeMap& times) {
-  if (times.empty()) return {1.0, 0.0};
-  return {TimeRatio(times.begin()->first), TimeRatio(times.rbegin()->first)};
+// The smallest and the largest time ratio of a set of times; none while the set is empty.
+struct RatioBounds {
+  double low = std::numeric_limits<double>::infinity();
+  double high = -std::numeric_limits<double>::infinity();
+  void Take(double r) {
+    low = std::min(low, r);
+    high = std::max(high, r);
+  }
+};
+
+// Widens `bounds` by the times CollectKeyTimes with keys would add for `stream`: the frames it
+// adds between the first and the last key lie inside them, so only the keys themselves, or the
+// frames of a time-varying expression, count. No time map is built. Gives the error of asking
+// for the number of keys, as CollectKeyTimes does.
+A_Err WidenByKeyTimes(AEToOry& exporter, AEGP_StreamRefH stream, RatioBounds* bounds) {
+  A_long keyCount = 0;
+  const A_Err err = KeyframeSuite4()->AEGP_GetStreamNumKFs(stream, &keyCount);
+  if (HasTimeVaryingExpression(stream)) {
+    for (int32_t i = exporter.firstFrame; i <= exporter.frameCount; ++i) bounds->Take(TimeRatio(BaseTime(i, exporter.fps)));
+    return err;
+  }
+  for (A_long i = 0; i < keyCount; ++i) {
+    A_Time t{0, 1};
+    KeyframeSuite4()->AEGP_GetKeyframeTime(stream, i, AEGP_LTimeMode_CompTime, &t);
+    bounds->Take(TimeRatio(FromAeTime(t.value, t.scale)));
+  }
+  return err;
+}
+
+// Calls `visit(documentTime, hostTime)` for every frame of the layer from its in point to its
+// end, in order: the times CollectLayerStreamTimes without keys puts in its map, without the map.
+template <class Visit>
+void ForEachLayerFrame(AEToOry& exporter, AEGP_LayerH layer, Visit visit) {
+  const FrameRange range = LayerFrames(layer);
+  for (int32_t i = range.first; i <= range.last; ++i) {
+    const A_Time hostTime{i * exporter.frameDuration.value, exporter.frameDuration.scale};
+    visit(BaseTime(i, exporter.fps), hostTime);
+  }
+}
+
+// One frame's decomposed world matrix, kept until the whole span is baked so that each curve
+// then takes its keys in one run.
+struct BakedFrame {
+  BaseTime time;
+  Vector position, rotation, scale;
+};
+
+void AddBakedKeys(const std::vector<BakedFrame>& baked, AnimTrack* const* tracks, Vector BakedFrame::*part) {
+  for (int axis = 0; axis < 3; ++axis) {
+    AnimCurve* curve = CurveOf(tracks[axis]);
+    if (!curve) continue;
+    for (const BakedFrame& frame : baked) {
+      const Vector& v = frame.*part;
+      AddKeyValue(curve, frame.time, axis == 0 ? v.x : axis == 1 ? v.y : v.z);
+    }
+  }
 }
 
 }  // namespace
@@ -127,41 +181,42 @@ bool BakeLayerTransform(AEToOry& exporter, AEGP_LayerH layer, const LayerStream&
                         bool hasRotation, bool hasScale) {
   if (hasRotation && (!tracks.rotation[0] || !tracks.rotation[1] || !tracks.rotation[2])) return false;
   if (hasScale && (!tracks.scale[0] || !tracks.scale[1] || !tracks.scale[2])) return false;
-  TrackCurves position(tracks.position), rotation(hasRotation ? tracks.rotation : nullptr),
-      scaleCurves(hasScale ? tracks.scale : nullptr);
 
-  TimeMap frames;
-  CollectLayerStreamTimes(exporter, layer, AEGP_LayerStream_POSITION, false, &frames);
-  TimeMap span;
+  RatioBounds span;
   A_Err err = A_Err_NONE;
   for (AEGP_LayerStream id : {AEGP_LayerStream_POSITION, AEGP_LayerStream_ANCHORPOINT, AEGP_LayerStream_ROTATE_X,
                               AEGP_LayerStream_ROTATE_Y, AEGP_LayerStream_ROTATION, AEGP_LayerStream_ORIENTATION}) {
     LayerStream stream(layer, id);
-    if (stream) CollectKeyTimes(exporter, layer, stream.get(), true, &span);
+    if (stream) WidenByKeyTimes(exporter, stream.get(), &span);
   }
-  if (scale) err = CollectKeyTimes(exporter, layer, scale.get(), true, &span);
-  const auto [low, high] = RatioBounds(span);
+  if (scale) err = WidenByKeyTimes(exporter, scale.get(), &span);
 
-  const bool writeScale = hasScale && !(exporter.exportTextAsPlanes && LayerObjectType(layer) == AEGP_ObjectType_TEXT);
-  Vector previousRotation;
-  bool continueRotation = false;
-  for (const auto& [docTime, hostTime] : frames) {
-    const double r = TimeRatio(docTime);
-    if (r > high || r < low) continue;
-    A_Matrix4 m{};
-    if (!err) err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &hostTime, &m);
-    Vector p, rot, s;
-    DecomposeLayerMatrix(width, height, isPlaneOrNull && anchor, hasScale && scale, &p, &rot, &s, continueRotation,
-                         &previousRotation, m);
-    p.z += exporter.TopZOffset();
-    position.AddKeys(docTime, p);
-    if (hasRotation) {
-      rotation.AddKeys(docTime, rot);
-      previousRotation = rot;
-      continueRotation = true;
-    }
-    if (writeScale) scaleCurves.AddKeys(docTime, s);
+  // Position is the stream that surely exists for asking the layer's frames; without it there
+  // are none.
+  std::vector<BakedFrame> baked;
+  if (LayerStream(layer, AEGP_LayerStream_POSITION)) {
+    Vector previousRotation;
+    bool continueRotation = false;
+    ForEachLayerFrame(exporter, layer, [&](const BaseTime& docTime, const A_Time& hostTime) {
+      const double r = TimeRatio(docTime);
+      if (r > span.high || r < span.low) return;
+      A_Matrix4 m{};
+      if (!err) err = LayerSuite13()->AEGP_GetLayerToWorldXform(layer, &hostTime, &m);
+      BakedFrame frame{docTime, {}, {}, {}};
+      DecomposeLayerMatrix(width, height, isPlaneOrNull && anchor, hasScale && scale, &frame.position,
+                           &frame.rotation, &frame.scale, continueRotation, &previousRotation, m);
+      frame.position.z += exporter.TopZOffset();
+      if (hasRotation) {
+        previousRotation = frame.rotation;
+        continueRotation = true;
+      }
+      baked.push_back(frame);
+    });
   }
+  const bool writeScale = hasScale && !(exporter.exportTextAsPlanes && LayerObjectType(layer) == AEGP_ObjectType_TEXT);
+  AddBakedKeys(baked, tracks.position, &BakedFrame::position);
+  if (hasRotation) AddBakedKeys(baked, tracks.rotation, &BakedFrame::rotation);
+  if (writeScale) AddBakedKeys(baked, tracks.scale, &BakedFrame::scale);
   for (AnimTrack* track : tracks.position) SimplifyTrack(track);
   if (hasScale) {
     for (AnimTrack* track : tracks.scale) SimplifyTrack(track);
@@ -221,18 +276,17 @@ A_Err SampleStreamToTracks(AEToOry& exporter, AEGP_LayerH layer, AEGP_LayerStrea
   int32_t compWidth = 0, compHeight = 0;
   if (mode == SampleMode::fieldOfView) exporter.CompSize(&compWidth, &compHeight);
 
-  TimeMap times;
-  CollectLayerStreamTimes(exporter, layer, streamId, false, &times);
   A_Err err = A_Err_NONE;
-  for (const auto& [docTime, hostTime] : times) {
+  ForEachLayerFrame(exporter, layer, [&](const BaseTime& docTime, const A_Time& hostTime) {
+    if (err) return;  // a failed read ends the sampling
     StreamValue a, b;
     err = a.Read(stream.get(), hostTime);
     if (!err && second) err = b.Read(second.get(), hostTime);
-    if (err) break;
+    if (err) return;
     const SampledValues values = ConvertSample(mode, a.value(), second ? &b.value() : nullptr, divisor, compWidth,
                                                exporter.pixelAspect);
     for (int i = 0; i < 3; ++i) AddKeyValue(curves[i], docTime, values.v[i]);
-  }
+  });
   for (AnimTrack* track : {t1, t2, t3}) SimplifyTrack(track);
   return err;
 }

@@ -204,14 +204,3 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
   t_ORYOS_Bo->SetGlobalMatrix(object, &saved);
   return true;
 }
-
-TrackCurves::TrackCurves(AnimTrack* const* tracks) {
-  if (!tracks) return;
-  for (int i = 0; i < 3; ++i) curves_[i] = CurveOf(tracks[i]);
-}
-
-void TrackCurves::AddKeys(const BaseTime& time, const Vector& value) {
-  AddKeyValue(curves_[0], time, value.x);
-  AddKeyValue(curves_[1], time, value.y);
-  AddKeyValue(curves_[2], time, value.z);
-}

@@ -29,16 +29,6 @@ void SimplifyTrack(AnimTrack* track);
 bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstFrame, int32_t frameCount,
                           int32_t fps, BaseDocument* document);
 
-// The three curves of a vector's tracks; a missing track gives no curve and takes no key.
-class TrackCurves {
- public:
-  explicit TrackCurves(AnimTrack* const* tracks);
-  void AddKeys(const BaseTime& time, const Vector& value);
-
- private:
-  AnimCurve* curves_[3] = {};
-};
-
 // The path of a component track of a vector parameter: {parameter, vector}{component, float}.
 struct ComponentParamId {
   ComponentParamId(int32_t parameter, int32_t component);
