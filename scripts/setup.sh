@@ -10,6 +10,7 @@ packages=(
   libjsoncpp-dev duktape-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   zlib1g-dev                     # checksums of scene files
+  libpng-dev                     # the PNG previews of orytool render and of rendered bitmaps
   libfontconfig-dev libfreetype-dev fonts-dejavu-core  # the font catalogue of the text export, and fonts its tests know
   python3
 )

@@ -115,6 +115,31 @@ constexpr int32_t kQuillonApiVersion = 2024200;
 // ---------------------------------------------------------------------------
 // The 37 tables. Each lists its operations in the table's own order.
 
+// A picture of the engine: colour channels, with an optional alpha bitmap.
+struct Bitmap;
+// An engine thread (table Bt).
+struct EngineThread;
+// The progress of a render: value from 0 to 1, the stage, the caller's object.
+using RenderProgress = void (*)(double value, int32_t stage, void* object);
+
+// Results of RenderDocument.
+constexpr int32_t kRenderResultOk = 0;
+constexpr int32_t kRenderResultOutOfMemory = 1;
+constexpr int32_t kRenderResultAssetMissing = 2;
+constexpr int32_t kRenderResultEvaluationFailed = 3;  // the document cannot be evaluated
+constexpr int32_t kRenderResultUserBreak = 6;
+constexpr int32_t kRenderResultNoView = 8;  // no render view, or a view without a camera
+constexpr int32_t kRenderResultNoProject = 1000;  // no document
+constexpr int32_t kRenderResultNoOutput = 1002;   // no bitmap
+// Stages handed to the progress of a render.
+constexpr int32_t kRenderStagePrepare = 1;
+constexpr int32_t kRenderStageRender = 2;
+constexpr int32_t kRenderStageDone = 3;
+
+// Folders of GetEngineFolder.
+constexpr int32_t kEngineFolderInstall = 0;  // where the engine library lies
+constexpr int32_t kEngineFolderUser = 8;     // the engine's writable folder of the user
+
 struct ORYOS_Ge {
   bool (*FileExists)(const Filename* file, int32_t reserved);
   const ExtensionRecord* (*FindExtension)(int32_t id, int32_t level, const void** cacheSlot);
@@ -126,6 +151,25 @@ struct ORYOS_Ge {
   // Replaces the document's content with the file's; error gets a message.
   bool (*LoadFileIntoDocument)(BaseDocument* document, const Filename* file, int32_t flags, void* reserved1,
                                void* reserved2, EngineString* error);
+  // The render session's services.
+  // One line of UTF-8 text on the engine's console (standard error).
+  void (*ConsolePrint)(const char* text);
+  bool (*DeleteFile)(const Filename* file, int32_t reserved);
+  // Drops what renders keep between frames.
+  void (*FlushCaches)();
+  // Forgets a texture that a document's materials resolved, so that the next
+  // render looks it up again.
+  void (*InvalidateTexture)(const Filename* documentPath, const EngineString* textureName, const Filename* reserved);
+  // A folder of the engine by kind (kEngineFolder...).
+  void (*GetEngineFolder)(Filename* out, int32_t kind);
+  // Renders the document at its time through its render view into bitmap (and
+  // its alpha channel) on the calling thread. thread, when not null, is asked
+  // for a break after every line. The result is a kRenderResult... code.
+  int32_t (*RenderDocument)(BaseDocument* document, int32_t reserved1, RenderProgress progress, void* object,
+                            Bitmap* bitmap, const ParamContainer* settings, int32_t flags, EngineThread* thread,
+                            int32_t reserved2);
+  // Moves the render view's camera so that it sees the whole scene.
+  void (*FrameCamera)(BaseDocument* document, int32_t mode);
 };
 
 struct ORYOS_Sh {};
@@ -183,7 +227,61 @@ struct ORYOS_St {
   void (*FromUtf16)(EngineString* out, const char16_t* units, int32_t count);
 };
 
-struct ORYOS_Bm {};
+// Bitmap depths (AllocBitmapSized) and line formats (ReadBitmapLine,
+// WriteBitmapLine) share one scheme: bits 0x30 are the channel size (0: 8-bit
+// integer, 0x10: 16-bit integer, 0x20: 32-bit float; 0x30 counts as 8-bit),
+// the low nibble without bit 0 the channels (2 and 8: one channel, grey or
+// alpha; any other: red, green, blue).
+constexpr int32_t kBitmapDepth8 = 5;
+constexpr int32_t kBitmapDepth16 = 21;
+constexpr int32_t kBitmapDepth32 = 37;
+constexpr int32_t kLineFormatRgb8 = 4;
+constexpr int32_t kLineFormatRgb16 = 20;
+constexpr int32_t kLineFormatRgb32 = 36;
+constexpr int32_t kLineFormatAlpha8 = 2;
+constexpr int32_t kLineFormatAlpha16 = 18;
+constexpr int32_t kLineFormatAlpha32 = 34;
+// SaveBitmap's kind of file: PNG. Flags: 1 with the alpha channel, 8 sixteen
+// bits a channel, 256 thirty-two bits a channel (written as sixteen).
+constexpr int32_t kBitmapSavePng = 1100;
+constexpr int32_t kBitmapSaveAlpha = 1;
+constexpr int32_t kBitmapSave16 = 8;
+constexpr int32_t kBitmapSave32 = 256;
+// Bitmap data: the text (kind 130) of the assets a render missed.
+constexpr int32_t kBitmapDataMissingAssets = 1019;
+
+struct ORYOS_Bm {
+  // An empty bitmap of size 0; InitBitmap gives it pixels.
+  Bitmap* (*AllocBitmap)();
+  // Frees the bitmap and its alpha channel.
+  void (*FreeBitmap)(Bitmap* bitmap);
+  int32_t (*GetBitmapWidth)(const Bitmap* bitmap);
+  int32_t (*GetBitmapHeight)(const Bitmap* bitmap);
+  // 1 on success. file is written whole or not at all.
+  int32_t (*SaveBitmap)(const Bitmap* bitmap, const Filename* file, int32_t kind, const ParamContainer* settings,
+                        int32_t flags);
+  // The alpha channel, made (cleared) when there is none; it belongs to bitmap.
+  Bitmap* (*AddAlphaChannel)(Bitmap* bitmap, int32_t reserved, bool straight);
+  Bitmap* (*GetAlphaChannel)(const Bitmap* bitmap);
+  // A cleared bitmap of that size and depth; null for a size below 1 or above
+  // what fits in memory.
+  Bitmap* (*AllocBitmapSized)(int32_t width, int32_t height, int32_t depth);
+  // A layer of a multipass picture; this engine renders none, so null.
+  Bitmap* (*GetLayerBitmap)(Bitmap* bitmap, int32_t a, int32_t b);
+  // count pixels of line y from x into buffer, one every pixelBytes bytes, in
+  // format. A range outside the bitmap reads nothing.
+  void (*ReadBitmapLine)(const Bitmap* bitmap, int32_t x, int32_t y, int32_t count, void* buffer,
+                         int32_t pixelBytes, int32_t format, int32_t colour, int32_t reserved);
+  // A copy of the bitmap's value id in out, or of fallback when it has none
+  // (out empty without a fallback); true when the bitmap had it.
+  bool (*GetBitmapData)(const Bitmap* bitmap, DataValue* out, int32_t id, const DataValue* fallback);
+  // Gives the bitmap pixels of bits a pixel (8, 16, 32: one channel of 1, 2, 4
+  // bytes; 24, 48, 96: three); 1 on success.
+  int32_t (*InitBitmap)(Bitmap* bitmap, int32_t width, int32_t height, int32_t bits, int32_t reserved);
+  // The reverse of ReadBitmapLine; false when the range is outside.
+  bool (*WriteBitmapLine)(Bitmap* bitmap, int32_t x, int32_t y, int32_t count, const void* buffer,
+                          int32_t pixelBytes, int32_t format, int32_t reserved);
+};
 struct ORYOS_Ms {};
 
 struct ORYOS_Ba {
@@ -259,6 +357,13 @@ struct ORYOS_Bo {
   void (*ReleaseCacheCheck)(BaseObject* object);
   void (*SetRotationOrder)(BaseObject* object, int32_t order);
   int32_t (*GetRotationOrder)(const BaseObject* object);
+  // Position, scale and rotation (radians, in the object's order) in world space.
+  void (*GetAbsolutePosition)(const BaseObject* object, Vector* out);
+  void (*SetAbsolutePosition)(BaseObject* object, const Vector* value);
+  void (*GetAbsoluteScale)(const BaseObject* object, Vector* out);
+  void (*SetAbsoluteScale)(BaseObject* object, const Vector* value);
+  void (*GetAbsoluteRotation)(const BaseObject* object, Vector* out);
+  void (*SetAbsoluteRotation)(BaseObject* object, const Vector* value);
 };
 
 struct ORYOS_Bd {
@@ -283,12 +388,15 @@ struct ORYOS_Bd {
 
 // Engine threads. The thread calls main(object); the break test of a thread
 // asks ThreadBreak first, and then its own testBreak(object).
-struct EngineThread;
 using EngineThreadMain = void (*)(void* object);
 using EngineThreadTestBreak = bool (*)(void* object);
 using EngineThreadName = const char* (*)(void* object);
-constexpr int32_t kThreadStartAsync = 0;  // StartThread returns at once
-constexpr int32_t kThreadStartWait = 1;   // StartThread returns when main has returned
+// Both modes start the thread and return at once; a caller that needs the end
+// waits with WaitThread. Mode 1 is the one of a render.
+constexpr int32_t kThreadStartAsync = 0;
+constexpr int32_t kThreadStartRender = 1;
+// A priority of 1001 runs the thread behind the process's other threads.
+constexpr int32_t kThreadPriorityLow = 1001;
 
 struct ORYOS_Bt {
   EngineThread* (*AllocThread)(EngineThreadMain main, EngineThreadTestBreak testBreak, void* object,
@@ -297,9 +405,10 @@ struct ORYOS_Bt {
   void (*FreeThread)(EngineThread* thread);
   // False while the thread still runs.
   bool (*StartThread)(EngineThread* thread, int32_t mode, int32_t priority, int32_t reserved);
-  // Asks the thread to stop; with wait 1 returns when it has.
+  // Asks the thread to stop (ThreadBreak turns true); with wait 1 returns when it has.
   void (*EndThread)(EngineThread* thread, int32_t wait);
   void (*WaitThread)(EngineThread* thread, int32_t reserved);
+  // Whether the thread was asked to stop.
   bool (*ThreadBreak)(EngineThread* thread);
   bool (*IsThreadRunning)(EngineThread* thread);
 };

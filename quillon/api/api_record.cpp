@@ -19,11 +19,11 @@ QuillonApi MakeRecord() {
   api.tables[Table_Hf] = &HfTable();
   api.tables[Table_Bc] = &BcTable();
   api.tables[Table_St] = &StTable();
-  api.tables[Table_Bm] = Empty<ORYOS_Bm>();
+  api.tables[Table_Bm] = &BmTable();
   api.tables[Table_Ms] = Empty<ORYOS_Ms>();
   api.tables[Table_Ba] = &BaTable();
   api.tables[Table_Fn] = &FnTable();
-  api.tables[Table_Fl] = Empty<ORYOS_Fl>();
+  api.tables[Table_Fl] = &FlTable();
   api.tables[Table_Bf] = Empty<ORYOS_Bf>();
   api.tables[Table_Cd] = Empty<ORYOS_Cd>();
   api.tables[Table_Cu] = Empty<ORYOS_Cu>();

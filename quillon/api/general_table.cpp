@@ -5,6 +5,7 @@
 
 #include "quillon/api/extensions.h"
 #include "quillon/api/handles.h"
+#include "quillon/api/render_services.h"
 #include "quillon/api/scene_file.h"
 #include "quillon/api/tables.h"
 
@@ -34,7 +35,7 @@ bool LoadFileIntoDocument(BaseDocument* document, const Filename* file, int32_t,
   if (!model || !file) {
     message = "no document or no file to load";
   } else {
-    loaded = ReadSceneFile(PathOf(*file), *model, &message);
+    loaded = ReadSceneFileFrom(*file, *model, &message);
   }
   if (!loaded && error) AssignText(*error, FromUtf8(message));
   return loaded;
@@ -47,7 +48,14 @@ const ORYOS_Ge& GeTable() {
                               .FindExtension = FindExtension,
                               .GetExtensionTable = GetExtensionTable,
                               .Sleep = Sleep,
-                              .LoadFileIntoDocument = LoadFileIntoDocument};
+                              .LoadFileIntoDocument = LoadFileIntoDocument,
+                              .ConsolePrint = ConsolePrint,
+                              .DeleteFile = DeleteFile,
+                              .FlushCaches = FlushCaches,
+                              .InvalidateTexture = InvalidateTexture,
+                              .GetEngineFolder = GetEngineFolder,
+                              .RenderDocument = RenderDocument,
+                              .FrameCamera = FrameCamera};
   return table;
 }
 

@@ -154,6 +154,53 @@ int32_t GetRotationOrder(const BaseObject* object) {
   return model ? model->rotationOrder : 0;
 }
 
+// World-space position, scale and rotation: read from the global matrix and
+// written back through it, so that the parents stay as they are.
+Vector AxisLengths(const Matrix& m) { return {Length(m.axisX), Length(m.axisY), Length(m.axisZ)}; }
+
+void GetAbsolutePosition(const BaseObject* object, Vector* out) {
+  if (const Object* model = ObjectOf(object); model && out) *out = GlobalMatrixOf(*model).off;
+}
+
+void SetAbsolutePosition(BaseObject* object, const Vector* value) {
+  Object* model = ObjectOf(object);
+  if (!model || !value) return;
+  Matrix global = GlobalMatrixOf(*model);
+  global.off = *value;
+  SetGlobalMatrixOf(*model, global);
+}
+
+void GetAbsoluteScale(const BaseObject* object, Vector* out) {
+  if (const Object* model = ObjectOf(object); model && out) *out = AxisLengths(GlobalMatrixOf(*model));
+}
+
+// The world rotation with the given axis lengths, at the object's world place.
+void SetWorldPlacement(Object& model, const Vector& rotation, const Vector& scale) {
+  Matrix placed = RotationToMatrix(rotation, model.rotationOrder);
+  placed.axisX = placed.axisX * scale.x;
+  placed.axisY = placed.axisY * scale.y;
+  placed.axisZ = placed.axisZ * scale.z;
+  placed.off = GlobalMatrixOf(model).off;
+  SetGlobalMatrixOf(model, placed);
+}
+
+Vector WorldRotationOf(const Object& model) {
+  return MatrixToRotation(GlobalMatrixOf(model), model.rotationOrder, false);
+}
+
+void SetAbsoluteScale(BaseObject* object, const Vector* value) {
+  if (Object* model = ObjectOf(object); model && value) SetWorldPlacement(*model, WorldRotationOf(*model), *value);
+}
+
+void GetAbsoluteRotation(const BaseObject* object, Vector* out) {
+  if (const Object* model = ObjectOf(object); model && out) *out = WorldRotationOf(*model);
+}
+
+void SetAbsoluteRotation(BaseObject* object, const Vector* value) {
+  Object* model = ObjectOf(object);
+  if (model && value) SetWorldPlacement(*model, *value, AxisLengths(GlobalMatrixOf(*model)));
+}
+
 BaseTag* AllocTag(int32_t type, int32_t) { return HandleOf<BaseTag>(new Tag(type)); }
 
 void* GetDataAddress(BaseTag* tag) {
@@ -187,7 +234,13 @@ const ORYOS_Bo& BoTable() {
                               .ResizeSpline = ResizeSpline,
                               .ReleaseCacheCheck = ReleaseCacheCheck,
                               .SetRotationOrder = SetRotationOrder,
-                              .GetRotationOrder = GetRotationOrder};
+                              .GetRotationOrder = GetRotationOrder,
+                              .GetAbsolutePosition = GetAbsolutePosition,
+                              .SetAbsolutePosition = SetAbsolutePosition,
+                              .GetAbsoluteScale = GetAbsoluteScale,
+                              .SetAbsoluteScale = SetAbsoluteScale,
+                              .GetAbsoluteRotation = GetAbsoluteRotation,
+                              .SetAbsoluteRotation = SetAbsoluteRotation};
   return table;
 }
 

@@ -10,14 +10,18 @@ const ORYOS_Ge& GeTable();
 const ORYOS_Hf& HfTable();
 const ORYOS_Bc& BcTable();
 const ORYOS_St& StTable();
+const ORYOS_Bm& BmTable();
 const ORYOS_Ba& BaTable();
 const ORYOS_Fn& FnTable();
+const ORYOS_Fl& FlTable();
 const ORYOS_Lr& LrTable();
 const ORYOS_Bl& BlTable();
 const ORYOS_Tg& TgTable();
 const ORYOS_Bo& BoTable();
 const ORYOS_Bd& BdTable();
 const ORYOS_Bt& BtTable();
+// The break test of a thread: ThreadBreak first, then its object's own test.
+bool ThreadBreakTest(EngineThread* thread);
 const ORYOS_Mt& MtTable();
 const ORYOS_Br& BrTable();
 const ORYOS_Ln& LnTable();

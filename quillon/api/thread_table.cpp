@@ -1,5 +1,9 @@
-// Table Bt: threads of the engine that run a caller's object.
+// Table Bt: threads of the engine that run a caller's object. Every start is
+// asynchronous: a render started from a caller's thread must hand that thread
+// back at once, so that it can read the picture while it grows and stop it.
 #include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <mutex>
@@ -9,6 +13,7 @@
 
 struct EngineThread {
   EngineThreadMain main = nullptr;
+  EngineThreadTestBreak testBreak = nullptr;
   void* object = nullptr;
   EngineThreadName name = nullptr;
   std::mutex mutex;  // keeps start, end and wait of one thread apart
@@ -29,15 +34,20 @@ void NameThread(const EngineThread& thread) {
   pthread_setname_np(pthread_self(), shortName);
 }
 
+// A low priority thread runs with a higher nice value; the system lets any
+// process raise its own threads' nice value.
+void LowerPriority() { setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), 10); }
+
 void Join(EngineThread& thread) {
   if (thread.thread.joinable() && thread.thread.get_id() != std::this_thread::get_id()) thread.thread.join();
 }
 
-// The engine's own operations never ask a thread's break test; the caller's does.
-EngineThread* AllocThread(EngineThreadMain main, EngineThreadTestBreak, void* object, EngineThreadName name) {
+EngineThread* AllocThread(EngineThreadMain main, EngineThreadTestBreak testBreak, void* object,
+                          EngineThreadName name) {
   if (!main) return nullptr;
   auto* thread = new EngineThread();
   thread->main = main;
+  thread->testBreak = testBreak;
   thread->object = object;
   thread->name = name;
   return thread;
@@ -57,19 +67,19 @@ void FreeThread(EngineThread* thread) {
   delete thread;
 }
 
-bool StartThread(EngineThread* thread, int32_t mode, int32_t, int32_t) {
-  if (!thread) return false;
+bool StartThread(EngineThread* thread, int32_t mode, int32_t priority, int32_t) {
+  if (!thread || (mode != kThreadStartAsync && mode != kThreadStartRender)) return false;
   std::lock_guard lock(thread->mutex);
   if (thread->running.load()) return false;
   Join(*thread);
   thread->stopRequested.store(false);
   thread->running.store(true);
-  thread->thread = std::thread([thread] {
+  thread->thread = std::thread([thread, low = priority == kThreadPriorityLow] {
     NameThread(*thread);
+    if (low) LowerPriority();
     thread->main(thread->object);
     thread->running.store(false);
   });
-  if (mode == kThreadStartWait) Join(*thread);
   return true;
 }
 
@@ -83,6 +93,11 @@ bool ThreadBreak(EngineThread* thread) { return thread && thread->stopRequested.
 bool IsThreadRunning(EngineThread* thread) { return thread && thread->running.load(); }
 
 }  // namespace
+
+bool ThreadBreakTest(EngineThread* thread) {
+  if (!thread) return false;
+  return ThreadBreak(thread) || (thread->testBreak && thread->testBreak(thread->object));
+}
 
 const ORYOS_Bt& BtTable() {
   static const ORYOS_Bt table{.AllocThread = AllocThread,

@@ -47,7 +47,8 @@ TEST(ThreadsTest, EndWithWaitStopsARunningThread) {
 TEST(ThreadsTest, AThreadRunsAgainAfterItEnded) {
   Worker worker;
   worker.handle = Bt()->AllocThread(Once, NeverBreak, &worker, Name);
-  ASSERT_TRUE(Bt()->StartThread(worker.handle, kThreadStartWait, 0, 0));
+  ASSERT_TRUE(Bt()->StartThread(worker.handle, kThreadStartRender, 0, 0));
+  Bt()->WaitThread(worker.handle, 0);
   EXPECT_EQ(worker.runs.load(), 1);
   ASSERT_TRUE(Bt()->StartThread(worker.handle, kThreadStartAsync, 0, 0));
   Bt()->WaitThread(worker.handle, 0);
