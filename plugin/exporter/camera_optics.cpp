@@ -7,7 +7,7 @@ double FieldOfView(double zoom, int32_t compWidth, double pixelAspect) {
 }
 
 double FilmWidth(double sizeInPoints, AEGP_FilmSizeUnits units, int32_t compWidth, int32_t compHeight) {
-  const double base = sizeInPoints * kMillimetresPerPoint;
+  const double base = PointsToMillimetres(sizeInPoints);
   switch (units) {
     case AEGP_FilmSizeUnits_HORIZONTAL:
       return base;
@@ -22,4 +22,4 @@ double FilmWidth(double sizeInPoints, AEGP_FilmSizeUnits units, int32_t compWidt
   }
 }
 
-double SceneFocusDistance(double distance) { return distance * kMillimetresPerPoint * kFocusScale; }
+double SceneFocusDistance(double distance) { return PointsToMillimetres(distance) * kFocusScale; }

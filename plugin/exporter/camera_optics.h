@@ -7,12 +7,14 @@
 
 #include "sdk/ae_enums.h"
 
-// Points (1/72 inch) to millimetres: After Effects gives the film size in points.
-constexpr double kMillimetresPerPoint = 25.4 / 72.0;
-// 2.8346 rounded to single precision. Scene focus distances are After Effects' distances
-// times kMillimetresPerPoint times this, which is not quite 1.
+// Points (1/72 inch) to millimetres: After Effects gives the film size in points. Multiplied
+// by 25.4 and then divided by 72, in that order: a factor 25.4 / 72 folded first rounds
+// differently for about a quarter of all sizes, by one unit in the last place.
+constexpr double PointsToMillimetres(double points) { return points * 25.4 / 72.0; }
+// 2.8346 rounded to single precision. Scene focus distances are After Effects' distances in
+// millimetres times this, which is not quite 1 all in all.
 constexpr double kFocusScale = 2.8345999717712402;
-// The inverse of kMillimetresPerPoint * kFocusScale, so that keys agree with the static value.
+// The inverse of 25.4 / 72 * kFocusScale, so that keys agree with the static value.
 constexpr double kFocusKeyDivisor = 1.0000161213294834;
 // Film width when nothing better is known: 35 mm still film.
 constexpr double kDefaultFilmWidth = 36.0;

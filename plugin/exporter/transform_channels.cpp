@@ -379,7 +379,7 @@ bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value
 
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value) {
   double v[4] = {};
-  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD_SPATIAL, v)) return false;
+  if (!ReadAtCurrentTime(layer, streamId, AEGP_StreamType_ThreeD, v)) return false;
   *value = Vector{v[0], v[1], v[2]};
   return true;
 }

@@ -25,6 +25,8 @@ bool ReadStreamValue(AEGP_LayerH layer, AEGP_LayerStream streamId, AEGP_StreamTy
                      double value[4]);
 // The same at the composition's current time.
 bool ReadStreamFloat(AEGP_LayerH layer, AEGP_LayerStream streamId, double* value);
+// A three-dimensional value that is no place, such as the orientation: the host reports such
+// a stream as ThreeD, not as ThreeD_SPATIAL, and a value of the other type is not read.
 bool ReadStreamVector(AEGP_LayerH layer, AEGP_LayerStream streamId, Vector* value);
 // A one-dimensional stream cut to a whole number, such as a switch or a choice.
 bool ReadStreamInt(AEGP_LayerH layer, AEGP_LayerStream streamId, int32_t* value);

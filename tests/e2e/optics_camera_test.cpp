@@ -130,6 +130,28 @@ TEST_F(CameraExport, OrthographicCameraAndFilmWidthBelowOneMillimetre) {
   EXPECT_DOUBLE_EQ(FloatParam(*camera, "CameraParam_Aperture"), 36.0);
 }
 
+// A camera that looks at its point of interest follows a target only while it has no turn of
+// its own; an orientation of (10, 0, 0) comes out of the matrix as a pitch of 10 degrees.
+TEST_F(CameraExport, AnOrientedCameraHasNoTarget) {
+  const std::string project = WriteProject(
+      workDir_, Project("", R"({"id": 1, "name": "Straight", "type": "camera",
+                               "transform": {"position": [960, 540, -1000], "pointOfInterest": [960, 540, 0]}},
+                              {"id": 2, "name": "Tilted", "type": "camera",
+                               "transform": {"position": [960, 540, -1000], "pointOfInterest": [960, 540, 0],
+                                             "orientation": [10, 0, 0]}})"));
+  const Json::Value dump = ExportAndDump(project, "Main", workDir_);
+  EXPECT_NE(ObjectNamed(dump, "Straight.Target"), nullptr);
+  EXPECT_EQ(ObjectNamed(dump, "Tilted.Target"), nullptr);
+  const Json::Value* tilted = ObjectNamed(dump, "Tilted");
+  ASSERT_NE(tilted, nullptr);
+  EXPECT_EQ(TargetRef(*tilted), "");
+  const std::vector<double> rotation = VectorParam(*tilted, "ObjectParam_Rotation");
+  ASSERT_EQ(rotation.size(), 3u);
+  EXPECT_NEAR(rotation[0], 0.0, 1e-9);
+  EXPECT_NEAR(std::fabs(rotation[1]), 10.0 * kPi / 180.0, 1e-9);
+  EXPECT_NEAR(rotation[2], 0.0, 1e-9);
+}
+
 TEST_F(CameraExport, LowestCameraLayerIsTheScenesCamera) {
   const std::string project = WriteProject(
       workDir_, Project("", R"({"id": 1, "name": "Upper", "type": "camera"},

@@ -159,4 +159,19 @@ TEST_F(LightExport, FeatherEdgesAndKeysOfTheFalloffStartAlone) {
   EXPECT_EQ(Track(*light, "Radius/Decay"), nullptr);
 }
 
+// A spot light with an orientation of its own turns by its matrix, not towards a target.
+TEST_F(LightExport, AnOrientedSpotLightHasNoTarget) {
+  const std::string text = R"({"format": "aehost-project", "version": 1, "path": "/p/optics.aep",
+    "comps": [{"id": 1, "name": "Main", "width": 1000, "height": 1000, "frameRate": 10, "duration": 1,
+      "layers": [{"id": 1, "name": "Aimed", "type": "light", "light": {"type": "spot"}},
+                 {"id": 2, "name": "Tilted", "type": "light", "light": {"type": "spot"},
+                  "transform": {"orientation": [10, 0, 0]}}]}]})";
+  const Json::Value dump = ExportAndDump(WriteProject(workDir_, text), "Main", workDir_);
+  EXPECT_NE(ObjectNamed(dump, "Aimed.Target"), nullptr);
+  EXPECT_EQ(ObjectNamed(dump, "Tilted.Target"), nullptr);
+  const Json::Value* tilted = ObjectNamed(dump, "Tilted");
+  ASSERT_NE(tilted, nullptr);
+  EXPECT_EQ(TargetRef(*tilted), "");
+}
+
 }  // namespace

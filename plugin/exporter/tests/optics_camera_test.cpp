@@ -35,6 +35,15 @@ TEST(OpticsFilmWidth, EachWayOfMeasuring) {
   EXPECT_DOUBLE_EQ(FilmWidth(10.0, 7, 1920, 1080), 36.0);
 }
 
+// Sizes whose millimetres come out one unit in the last place apart when 25.4 / 72 is folded
+// into one factor first; the bits are those of size * 25.4 / 72 worked out left to right.
+TEST(OpticsMillimetres, MultipliedThenDivided) {
+  EXPECT_EQ(FilmWidth(100.0, AEGP_FilmSizeUnits_HORIZONTAL, 1920, 1080), 0x1.1a38e38e38e39p+5);
+  EXPECT_EQ(FilmWidth(1234.0, AEGP_FilmSizeUnits_HORIZONTAL, 1920, 1080), 0x1.b353e93e93e94p+8);
+  EXPECT_EQ(SceneFocusDistance(100.0), 0x1.8ffe596555555p+6);
+  EXPECT_EQ(SceneFocusDistance(1234.0), 0x1.347eba1108889p+10);
+}
+
 TEST(OpticsFocus, StaticValueAndKeysAgree) {
   // The factor is not quite 1, and the key divisor is its inverse.
   EXPECT_NEAR(SceneFocusDistance(1.0), 0.9999838789304096, 1e-15);
