@@ -1,7 +1,6 @@
 #include "plugin/host/export_command.h"
 
-#include "plugin/engine/engine_loader.h"
-#include "plugin/engine/engine_location.h"
+#include "plugin/engine/engine_start.h"
 #include "plugin/engine/owned_filename.h"
 #include "plugin/exporter/ae_to_ory.h"
 #include "plugin/exporter/scene_ids.h"
@@ -20,8 +19,6 @@
 
 namespace {
 
-constexpr int32_t kEngineWaitSeconds = 60;
-
 // Frees the command's document on every way out, also when the exporter threw.
 struct DocumentScope {
   BaseDocument* document;
@@ -31,22 +28,6 @@ struct DocumentScope {
 };
 
 }  // namespace
-
-bool EnsureEngineStarted(CTI* cti) {
-  if (g_engineStarted) return true;
-  std::u16string path = EngineInstallFolder(*cti, g_pluginId);
-  LogEvent("RunExportCommand", "starting the engine in " + EncodeUtf8(path));
-  if (!StartEngine(path)) {
-    cti->AddError(1, kEngineMissingMessage);
-    return false;
-  }
-  if (!WaitUntilQuillonIsRunning(kEngineWaitSeconds)) {
-    cti->AddError(1, "Quillon didn't start properly.");
-    return false;
-  }
-  g_engineStarted = true;
-  return true;
-}
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
+#include "plugin/engine/engine_start.h"
 #include "plugin/engine/owned_filename.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
-#include "plugin/host/export_command.h"
 #include "plugin/host/frame_report.h"
 #include "plugin/host/plugin_globals.h"
 #include "plugin/importer/camera_light_conversion.h"

@@ -8,9 +8,9 @@
 #include "fake_engine/fake_engine_state.h"
 #include "fake_host.h"
 #include "plugin/engine/engine_loader.h"
+#include "plugin/engine/engine_start.h"
 #include "plugin/engine/engine_tables.h"
 #include "plugin/host/entry_point.h"
-#include "plugin/host/export_command.h"
 #include "plugin/host/plugin_globals.h"
 #include "plugin/text/encodings.h"
 
