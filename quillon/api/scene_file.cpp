@@ -2,9 +2,17 @@
 // are the file format's; this is the engine's handle on an open file.
 #include "quillon/api/scene_file.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <new>
 
+#include "files/file_error.h"
+#include "files/pending_temp.h"
 #include "files/read_file.h"
 #include "files/replace_file.h"
 #include "quillon/api/handles.h"
@@ -18,11 +26,29 @@ namespace {
 // true-or-false results cannot say. A host shows it beside its own messages.
 void ConsoleLine(const std::string& text) { std::fprintf(stderr, "quillon: %s\n", text.c_str()); }
 
+// The file the bytes will really go to: the one a link leads to, else the path itself.
+std::string WrittenFileOf(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+  return real ? std::string(real.get()) : path;
+}
+
+// Opening for writing creates a file where the scene will go, as the writer's temporary one
+// is created there later, so that a folder that takes no new file (read-only, or a system
+// folder such as /proc) is told at Open and not only once the whole document is encoded.
+bool CanCreateBeside(const std::string& path, std::string* problem) {
+  const std::string probe = qae::files::TempPathFor(WrittenFileOf(path), ::getpid());
+  const int fd = ::open(probe.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  if (fd < 0) return qae::files::Fail(problem, path, "cannot write: " + qae::files::SystemReason(errno));
+  ::close(fd);
+  ::unlink(probe.c_str());
+  return true;
+}
+
 bool Usable(const std::string& path, int32_t mode) {
   std::string problem;
   if (mode == kSceneFileModeRead) return qae::files::CheckRegularFile(path, &problem);
   if (mode != kSceneFileModeWrite) return false;
-  if (qae::files::CheckReplaceable(path, &problem)) return true;
+  if (qae::files::CheckReplaceable(path, &problem) && CanCreateBeside(path, &problem)) return true;
   ConsoleLine(problem);
   return false;
 }

@@ -301,6 +301,16 @@ TEST_F(BadOutput, AFailedExportSaysWhy) {
   EXPECT_TRUE(std::filesystem::is_directory(Path("folder.ory")));
 }
 
+// A target whose folder takes no new file fails when the scene file is opened, before anything
+// is written, with the plug-in's own words; /proc refuses new files even to the superuser.
+TEST_F(BadOutput, ATargetThatCannotBeCreatedFailsAtOpen) {
+  const auto result = Export("/proc/quillon-export.ory");
+  EXPECT_EQ(result.exitCode, kFailed);
+  EXPECT_NE(result.err.find("Failed to create target file."), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("quillon: /proc/quillon-export.ory: cannot write: "), std::string::npos) << result.err;
+  EXPECT_FALSE(qae_test::FileExists("/proc/quillon-export.ory"));
+}
+
 TEST_F(BadOutput, AnExportIntoAReadOnlyFolderSaysWhy) {
   if (::geteuid() == 0) GTEST_SKIP() << "the superuser writes into read-only folders";
   std::filesystem::create_directory(Path("locked"));
