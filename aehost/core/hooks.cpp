@@ -4,7 +4,9 @@
 #include <cctype>
 
 #include "aehost/core/model_handles.h"
+#include "aehost/core/trace.h"
 #include "aehost/core/utf16.h"
+#include "aehost/core/window_system.h"
 
 namespace aehost {
 
@@ -53,6 +55,9 @@ A_Err RunUpdateMenuHooks(AEGP_WindowType window) {
 
 A_Err RunCommand(AEGP_Command command, bool* handled) {
     const LookupScope lookups;
+    // The closed menu leaves its place on the main window to be repainted: work pending on the
+    // main thread, which a hook that blocks the thread serves, or the host once it returns.
+    PostMainThreadWork([] { Trace("the main window repainted"); });
     const std::vector<CommandHookEntry> hooks = g_host.commandHooks;
     A_Boolean handledB = false;
     A_Err first = A_Err_NONE;
@@ -67,6 +72,7 @@ A_Err RunCommand(AEGP_Command command, bool* handled) {
         }
     }
     *handled = handledB != 0;
+    RunPendingMainThreadWork();
     return first;
 }
 

@@ -1,13 +1,15 @@
 #include "plugin/engine/engine_loader.h"
 
-#include <chrono>
+#include <cstring>
 #include <new>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "plugin/engine/engine_tables.h"
 #include "plugin/log/debug_log.h"
 #include "plugin/platform/dynamic_library.h"
+#include "plugin/platform/window_system.h"
 #include "plugin/text/encodings.h"
 
 namespace {
@@ -27,10 +29,54 @@ QuillonShutdownFunc g_pfnShutdown = nullptr;
 int32_t g_startCount = 0;
 Filename* g_startPath = nullptr;
 
-// The framework methods that the engine must not call into the plug-in after it has gone.
-// The plug-in keeps no framework objects of its own whose clean-up would need the engine's
-// release functions, so each replacement has nothing to do.
-void AfterShutdown(void*) {}
+// One round of the wait: a test, a pause for the host's pending work, and a sleep.
+constexpr int32_t kWaitRoundMilliseconds = 100;
+
+// The core framework's two release functions, kept for the time of the shutdown: the program's
+// static objects that run their clean-up then still reach them through the overrides.
+using FrameworkRelease = void (*)(void* block);
+FrameworkRelease g_savedFree = nullptr;
+FrameworkRelease g_savedSecondFree = nullptr;
+
+constexpr char kFreeMethod[] = "Free@fd4f2d19abfff044";
+constexpr char kDiagnosticsMethod[] = "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6";
+constexpr char kWeakReferenceMethod[] = "RemoveWeakReference@f0540d7d9f694e77";
+constexpr char kUnreferencedTypeMethod[] = "PrivateHandleUnreferencedType@852138fc3d484eb1";
+
+void ForwardFree(void* block) {
+  if (g_savedFree) g_savedFree(block);
+}
+void ForwardSecondFree(void* block) {
+  if (g_savedSecondFree) g_savedSecondFree(block);
+}
+void DoNothing(void*) {}
+
+// The framework's own record of a method, by name; null when it keeps none.
+const QuillonOverride* FrameworkMethod(const char* name) {
+  const auto* records =
+      static_cast<const QuillonOverrideBlock*>(FindLibrarySymbol(g_engineModule, kFrameworkMethodsSymbol));
+  if (!records || !records->items) return nullptr;
+  for (int64_t i = 0; i < records->count; ++i) {
+    const QuillonOverride& record = records->items[i];
+    if (record.methodName && std::strcmp(record.methodName, name) == 0) return &record;
+  }
+  return nullptr;
+}
+
+FrameworkRelease SavedRelease(const char* method) {
+  const QuillonOverride* record = FrameworkMethod(method);
+  return record ? reinterpret_cast<FrameworkRelease>(record->function) : nullptr;
+}
+
+// A replacement under the interface id the framework's record gives the method.
+QuillonOverride OverrideOf(const char* method, FrameworkRelease replacement) {
+  QuillonOverride item{{0, 0}, method, reinterpret_cast<void*>(replacement)};
+  if (const QuillonOverride* record = FrameworkMethod(method)) {
+    item.interfaceId[0] = record->interfaceId[0];
+    item.interfaceId[1] = record->interfaceId[1];
+  }
+  return item;
+}
 
 template <class Func>
 bool Resolve(const char* name, Func& function) {
@@ -105,24 +151,27 @@ bool IsQuillonRunning() {
   return running;
 }
 
-// The host's main thread is blocked for the wait; this system gives the plug-in no
-// message queue of that thread to serve in between, so a round is one test and a pause.
+// The wait blocks the host's main thread, so each round serves one piece of the host's pending
+// work. Only the sleeps are counted: a round with a full pause takes twice its length.
 bool WaitUntilQuillonIsRunning(int32_t seconds) {
-  for (int32_t waited = 0;;) {
+  for (int64_t waited = 0;;) {
     if (IsQuillonRunning()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    waited += 100;
+    if (WaitForThreadInput(kWaitRoundMilliseconds)) DispatchOnePendingMessage();
+    SleepMilliseconds(kWaitRoundMilliseconds);
+    waited += kWaitRoundMilliseconds;
     if (static_cast<double>(waited) > seconds * 1000.0) return false;
   }
 }
 
 bool UnloadQuillon(bool keepRunning) {
   if (!g_pfnShutdown) return false;
+  g_savedFree = SavedRelease(kFreeMethod);
+  g_savedSecondFree = SavedRelease(kWeakReferenceMethod);
   QuillonOverride overrides[] = {
-      {{0, 0}, "Free@fd4f2d19abfff044", reinterpret_cast<void*>(&AfterShutdown)},
-      {{0, 0}, "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6", reinterpret_cast<void*>(&AfterShutdown)},
-      {{0, 0}, "RemoveWeakReference@f0540d7d9f694e77", reinterpret_cast<void*>(&AfterShutdown)},
-      {{0, 0}, "PrivateHandleUnreferencedType@852138fc3d484eb1", reinterpret_cast<void*>(&AfterShutdown)},
+      OverrideOf(kFreeMethod, &ForwardFree),
+      OverrideOf(kDiagnosticsMethod, &DoNothing),
+      OverrideOf(kWeakReferenceMethod, &ForwardSecondFree),
+      OverrideOf(kUnreferencedTypeMethod, &DoNothing),
   };
   const QuillonOverrideBlock block{overrides, 4};
   g_pfnShutdown(&block, &g_vantor, keepRunning);
@@ -131,13 +180,15 @@ bool UnloadQuillon(bool keepRunning) {
   g_pfnShutdown = nullptr;
   const bool unloaded = FreeLibrary(g_engineModule);
   g_engineModule = nullptr;
+  g_savedFree = nullptr;
+  g_savedSecondFree = nullptr;
   return unloaded;
 }
 
 bool StartEngine(std::u16string& path) {
-  // The host's main window is not reachable from a plug-in on this system, so the engine
-  // is told of no parent window.
-  const std::string parentWindow = "g_customParentHWND=";
+  // The engine's windows belong to the host's main window, when one is found.
+  std::string parentWindow = "g_customParentHWND=";
+  if (const std::optional<uint64_t> window = FindHostMainWindow()) parentWindow += std::to_string(*window);
   std::string negatives = "g_moduleNegatives=";
   for (const char* module : kModuleNegatives) negatives += std::string("\t\t\t\t") + module + "; ";
   const char* items[] = {parentWindow.c_str(), negatives.c_str()};

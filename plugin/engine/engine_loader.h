@@ -42,7 +42,8 @@ AEGP_EXPORT bool LoadQuillon(const std::u16string& path, const char* startText, 
                              const QuillonStartArguments& args);
 // True once the engine has started; each true test takes the tables again.
 AEGP_EXPORT bool IsQuillonRunning();
-// Tests every 100 ms until the engine runs (true) or more than `seconds` have passed.
+// Tests in rounds of 100 ms until the engine runs (true) or more than `seconds` of rounds have
+// passed, serving one piece of the host's pending work each round.
 AEGP_EXPORT bool WaitUntilQuillonIsRunning(int32_t seconds);
 // Shuts the engine down and unloads it; false when nothing was loaded.
 AEGP_EXPORT bool UnloadQuillon(bool keepRunning);

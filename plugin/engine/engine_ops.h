@@ -644,6 +644,11 @@ struct QuillonOverrideBlock {
   int64_t count;
 };
 
+// The core framework's records of its methods, exported by the engine library under this name
+// as a QuillonOverrideBlock: each gives a method's interface id and name with the function that
+// implements it. The program reads the ids of its overrides and the functions it saves here.
+inline constexpr char kFrameworkMethodsSymbol[] = "QuillonFrameworkMethods";
+
 using QuillonInitializeFunc = bool (*)(void* moduleRecord, const char* startText, const char16_t* path,
                                        const char16_t* secondPath, const QuillonArguments* args);
 using IsQuillonInitializedFunc = bool (*)(const QuillonApi** record);

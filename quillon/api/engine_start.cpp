@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -80,16 +81,35 @@ void RunStart(void* moduleRecord, Filename* installFolder) {
   state.ready.store(true);
 }
 
-// The four methods that a program replaces for the time after the engine.
+// The core framework's methods that a program replaces for the time after the engine, with
+// the interface each belongs to. This engine has no weak references and no diagnostics to
+// show; its memory release is the C library's.
+void FrameworkFree(void* block) { std::free(block); }
+void FrameworkNothing(void*) {}
+
+QuillonOverride g_frameworkMethods[] = {
+    {{0x9d61a4c2e03b7f15, 0x41c8e2b07a5d3f96}, "Free@fd4f2d19abfff044", reinterpret_cast<void*>(&FrameworkFree)},
+    {{0x2b7e5f08c4d19a63, 0x8f0c3a6e5b2d7140},
+     "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6",
+     reinterpret_cast<void*>(&FrameworkNothing)},
+    {{0x9d61a4c2e03b7f15, 0x41c8e2b07a5d3f97},
+     "RemoveWeakReference@f0540d7d9f694e77",
+     reinterpret_cast<void*>(&FrameworkNothing)},
+    {{0x6a3f9e1d7c2b0845, 0xe57b2c9d1f4a6083},
+     "PrivateHandleUnreferencedType@852138fc3d484eb1",
+     reinterpret_cast<void*>(&FrameworkNothing)},
+};
+
+// A program's overrides name the four methods in the framework's order, under the interface
+// ids of the framework's records.
 bool ValidOverrides(const QuillonOverrideBlock* overrides) {
-  static const char* const kMethods[] = {"Free@fd4f2d19abfff044",
-                                         "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6",
-                                         "RemoveWeakReference@f0540d7d9f694e77",
-                                         "PrivateHandleUnreferencedType@852138fc3d484eb1"};
   if (!overrides || !overrides->items || overrides->count != 4) return false;
   for (int64_t i = 0; i < 4; ++i) {
     const QuillonOverride& item = overrides->items[i];
-    if (!item.methodName || std::string(item.methodName) != kMethods[i] || !item.function) return false;
+    const QuillonOverride& record = g_frameworkMethods[i];
+    if (!item.methodName || std::string(item.methodName) != record.methodName || !item.function ||
+        item.interfaceId[0] != record.interfaceId[0] || item.interfaceId[1] != record.interfaceId[1])
+      return false;
   }
   return true;
 }
@@ -108,6 +128,11 @@ const ORYOS_Lr& LrTable() {
 }
 
 }  // namespace quillon
+
+extern "C" {
+__attribute__((visibility("default"))) extern const QuillonOverrideBlock QuillonFrameworkMethods;
+const QuillonOverrideBlock QuillonFrameworkMethods = {quillon::g_frameworkMethods, 4};
+}
 
 // The engine takes no start arguments of its own; secondPath and the argument
 // block are the program's business with the real engine.

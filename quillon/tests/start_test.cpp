@@ -105,12 +105,20 @@ TEST_F(EngineStartTest, StartHandsOverTheTablesAndShutdownEndsIt) {
   ASSERT_TRUE(initialize(&g_moduleRecord, "start", u"/opt/engine/", u"", &args));
   EXPECT_EQ(g_starts.load(), 1);
 
-  QuillonOverride items4[4] = {
-      {{0, 0}, "Free@fd4f2d19abfff044", reinterpret_cast<void*>(&KeepOverride)},
-      {{0, 0}, "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6", reinterpret_cast<void*>(&KeepOverride)},
-      {{0, 0}, "RemoveWeakReference@f0540d7d9f694e77", reinterpret_cast<void*>(&KeepOverride)},
-      {{0, 0}, "PrivateHandleUnreferencedType@852138fc3d484eb1", reinterpret_cast<void*>(&KeepOverride)}};
+  // The overrides take their interface ids from the framework's records; made-up ids are refused.
+  const auto* methods = static_cast<const QuillonOverrideBlock*>(dlsym(library, kFrameworkMethodsSymbol));
+  ASSERT_NE(methods, nullptr);
+  ASSERT_EQ(methods->count, 4);
+  QuillonOverride items4[4];
+  for (int i = 0; i < 4; ++i) items4[i] = {{0, 0}, methods->items[i].methodName, reinterpret_cast<void*>(&KeepOverride)};
+  EXPECT_EQ(std::string(items4[0].methodName), "Free@fd4f2d19abfff044");
+  EXPECT_EQ(std::string(items4[2].methodName), "RemoveWeakReference@f0540d7d9f694e77");
   QuillonOverrideBlock overrides{items4, 4};
+  EXPECT_FALSE(shutdown(&overrides, &g_moduleRecord, true));
+  for (int i = 0; i < 4; ++i) {
+    items4[i].interfaceId[0] = methods->items[i].interfaceId[0];
+    items4[i].interfaceId[1] = methods->items[i].interfaceId[1];
+  }
   EXPECT_TRUE(shutdown(&overrides, &g_moduleRecord, false));
   EXPECT_EQ(g_ends.load(), 1);
   const QuillonApi* after = nullptr;

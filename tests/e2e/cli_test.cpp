@@ -231,6 +231,10 @@ TEST_F(Cli, VerboseTracesTheStepsOnStandardError) {
                              "trace: layer 0 of composition \"Shot\": \"Mover\"\n",
                              "trace: layer 1 of composition \"Shot\": \"Flat\"\n", "trace: script run: ",
                              "trace: scene file written: " + In("shot.ory") + " (", "trace: quitting"});
+  // The repaint the closed menu leaves is served while the plug-in waits for the engine, or by
+  // the host once the command returns; either way before the run ends.
+  ExpectSteps(exported.err, {"trace: the user clicks File > Export > \"Vantor Orrery Studio Exporter...\"",
+                             "trace: the main window repainted\n", "trace: quitting"});
 
   // The text question is a dialog a script shows; the trace tells how it was answered.
   std::string withText = kProject;

@@ -10,7 +10,22 @@ namespace {
 FakeEngineState g_state;
 char g_placeholderTables[kEngineTableCount];
 
+void FrameworkFree(void*) { ++g_state.frameworkFrees; }
+void FrameworkSecondFree(void*) { ++g_state.frameworkSecondFrees; }
+
+QuillonOverride g_frameworkMethods[] = {
+    {{11, 12}, "Free@fd4f2d19abfff044", reinterpret_cast<void*>(&FrameworkFree)},
+    {{21, 22}, "PrivateShowSynchronizedHashMapDiagnostics@3871f4377739d6f6", nullptr},
+    {{31, 32}, "RemoveWeakReference@f0540d7d9f694e77", reinterpret_cast<void*>(&FrameworkSecondFree)},
+    {{41, 42}, "PrivateHandleUnreferencedType@852138fc3d484eb1", nullptr},
+};
+
 }  // namespace
+
+extern "C" {
+__attribute__((visibility("default"))) extern const QuillonOverrideBlock QuillonFrameworkMethods;
+const QuillonOverrideBlock QuillonFrameworkMethods = {g_frameworkMethods, 4};
+}
 
 FAKE_EXPORT FakeEngineState* FakeEngine() { return &g_state; }
 
@@ -39,6 +54,14 @@ FAKE_EXPORT bool IsQuillonInitialized(const QuillonApi** record) {
 FAKE_EXPORT bool QuillonShutdown(const QuillonOverrideBlock* overrides, void* /*moduleRecord*/, bool /*keepRunning*/) {
   ++g_state.shutdownCalls;
   g_state.overrideNames.clear();
-  for (int64_t i = 0; i < overrides->count; ++i) g_state.overrideNames.emplace_back(overrides->items[i].methodName);
+  g_state.overrideIds.clear();
+  for (int64_t i = 0; i < overrides->count; ++i) {
+    const QuillonOverride& item = overrides->items[i];
+    g_state.overrideNames.emplace_back(item.methodName);
+    g_state.overrideIds.push_back(item.interfaceId[0]);
+    g_state.overrideIds.push_back(item.interfaceId[1]);
+    // The framework's clean-up during the shutdown goes through the program's replacements.
+    reinterpret_cast<void (*)(void*)>(item.function)(nullptr);
+  }
   return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 // What the fake engine library was told by the loader, and how it answers.
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@ struct FakeEngineState {
   std::u16string path;
   std::vector<std::u16string> arguments;
   std::vector<std::string> overrideNames;
+  std::vector<uint64_t> overrideIds;  // two words an override, in the block's order
+  int frameworkFrees = 0;             // calls of the framework's release functions
+  int frameworkSecondFrees = 0;
   void* moduleRecord = nullptr;
   QuillonApi api{};
 };
