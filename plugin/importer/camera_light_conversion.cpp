@@ -15,9 +15,6 @@ constexpr double kPointsPerMillimetre = 72.0 / 25.4;
 // The host's own factor, kept in single precision: the focus distance that reaches the host
 // is therefore a little off the scene's.
 constexpr double kFocusDivisor = static_cast<double>(2.8346f);
-// The film width of a camera that names none: the classic 36 mm frame.
-constexpr double kDefaultApertureMillimetres = 36.0;
-constexpr double kDefaultFocalLength = 36.0;
 constexpr int32_t kHostSpotLight = 1;
 constexpr int32_t kHostPointLight = 2;
 
@@ -187,12 +184,10 @@ AEGP_LayerH ConvertCamera(BaseObject* object) {
   BaseDocument* document = g_importSession.document;
   const int32_t fovId =
       t_ORYOS_At->GetType(object) == ObjectType_KvCamera ? KvCameraParam_FieldOfView : CameraParam_FieldOfView;
-  const double focus = ContainerFloat(object, CameraParam_FocusDistance, 0.0);
-  const double aperture = ContainerFloat(object, CameraParam_Aperture, kDefaultApertureMillimetres);
-  // A camera that names no field of view has the one of its lens.
-  const double fov = ParamFloatOrFirst(
-      object, fovId,
-      FieldOfViewFromFocalLength(aperture, ContainerFloat(object, CameraParam_FocalLength, kDefaultFocalLength)));
+  // Read as parameters: what the camera does not store, the engine gives as its own camera has it.
+  const double focus = ParamFloatOrFirst(object, CameraParam_FocusDistance, 0.0);
+  const double aperture = ParamFloatOrFirst(object, CameraParam_Aperture, 0.0);
+  const double fov = ParamFloatOrFirst(object, fovId, 0.0);
   double filmSize = aperture * kPointsPerMillimetre;
   const auto* cameras = CurrentCTI()->Suite<AEGP_CameraSuite2>(kAEGPCameraSuite, kAEGPCameraSuiteVersion2);
   if (cameras->AEGP_SetCameraFilmSize(layer, AEGP_FilmSizeUnits_HORIZONTAL, &filmSize)) return nullptr;

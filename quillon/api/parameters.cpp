@@ -2,6 +2,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/object.h"
 
 namespace quillon {
 namespace {
@@ -32,7 +33,11 @@ bool ReadParameter(const Node& node, const std::vector<ParamLevel>& path, DataVa
     return true;
   }
   auto found = node.params.find(path[0].id);
-  if (found == node.params.end()) return false;
+  if (found == node.params.end()) {
+    const std::optional<double> fallback = path.size() == 1 ? DefaultFloatParameterOf(node, path[0].id) : std::nullopt;
+    if (fallback) SetFloat(out, *fallback);
+    return fallback.has_value();
+  }
   if (path.size() == 1) {
     CopyData(out, found->second.raw);
     return true;

@@ -1,5 +1,7 @@
 #include "quillon/model/object.h"
 
+#include <cmath>
+
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/model/animation.h"
 #include "quillon/model/tag.h"
@@ -113,6 +115,17 @@ void ResizeSplineArrays(Object& spline, int32_t pointCount, int32_t segmentCount
   EnsureTag(spline, TagType_Points)->Resize(pointCount);
   EnsureTag(spline, TagType_Tangents)->Resize(pointCount);
   EnsureTag(spline, TagType_Segments)->Resize(segmentCount);
+}
+
+std::optional<double> DefaultFloatParameterOf(const Node& node, int32_t id) {
+  constexpr double kFilmWidth = 36.0;
+  constexpr double kFocalLength = 36.0;
+  if (node.nodeClass != NodeClass::Object) return std::nullopt;
+  const bool camera = node.type == ObjectType_Camera, kvCamera = node.type == ObjectType_KvCamera;
+  if ((camera || kvCamera) && id == CameraParam_Aperture) return kFilmWidth;
+  if ((camera && id == CameraParam_FieldOfView) || (kvCamera && id == KvCameraParam_FieldOfView))
+    return 2.0 * std::atan(kFilmWidth * 0.5 / kFocalLength);
+  return std::nullopt;
 }
 
 std::unique_ptr<Object> CloneObject(const Object& source) {

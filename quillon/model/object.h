@@ -4,6 +4,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "quillon/model/node.h"
 
@@ -55,6 +56,11 @@ void InsertTagBehind(Object& object, Tag* tag, Tag* predecessor);
 
 // Splines: resizes the point, tangent and segment tags, making the missing ones.
 void ResizeSplineArrays(Object& spline, int32_t pointCount, int32_t segmentCount);
+
+// What the engine gives for a float parameter that a node does not store, as the engine's own
+// objects carry it from their making: a camera's lens is one of 36 mm on 36 mm film, whatever
+// its focal length says. Nothing for any other node or parameter.
+std::optional<double> DefaultFloatParameterOf(const Node& node, int32_t id);
 
 // A deep copy of an object with its tags, tracks and children, without caches.
 std::unique_ptr<Object> CloneObject(const Object& source);

@@ -260,6 +260,25 @@ TEST_F(ImportScene, CameraLooksAtItsTargetAndOnlyTheViewedCameraStaysOn) {
   EXPECT_NEAR(kv["camera"]["zoom"].asDouble(), 960.25 / std::tan(0.5), 1e-9);
 }
 
+// A camera takes the field of view and film width it holds, or those the engine's camera has
+// from its making (a 36 mm lens on 36 mm film): a static focal length says nothing on import.
+TEST_F(ImportScene, ACameraWithoutAFieldOfViewTakesTheEnginesLens) {
+  ImportDescription("lens", R"({"document": {"name": "Lens", "params": [{"id": "DocParam_Fps", "int32": 25},
+      {"id": "DocParam_MinTime", "time": [0, 25]}, {"id": "DocParam_MaxTime", "time": [1, 25]}]},
+    "render_settings": [{"params": [{"id": "RenderParam_Width", "float": 640}, {"id": "RenderParam_Height", "float": 360},
+      {"id": "RenderParam_PixelAspect", "float": 1.0}, {"id": "RenderParam_FrameRate", "float": 25}]}],
+    "objects": [{"type": "ObjectType_Camera", "name": "Long",
+                 "params": [{"id": "CameraParam_Aperture", "float": 24}, {"id": "CameraParam_FocalLength", "float": 50}]},
+                {"type": "ObjectType_Camera", "name": "Bare"}]})");
+  // tan(fov / 2) = 18 / 36, so the zoom is (640 / 2) / 0.5.
+  const Json::Value& longLens = Layer("Long")["camera"];
+  EXPECT_NEAR(longLens["zoom"].asDouble(), 640.0, 1e-9);
+  EXPECT_NEAR(longLens["filmSize"].asDouble(), 24.0 * 72.0 / 25.4, 1e-9);
+  const Json::Value& bare = Layer("Bare")["camera"];
+  EXPECT_NEAR(bare["zoom"].asDouble(), 640.0, 1e-9);
+  EXPECT_NEAR(bare["filmSize"].asDouble(), 36.0 * 72.0 / 25.4, 1e-9);
+}
+
 TEST_F(ImportScene, LightParametersAreTheHostsOwn) {
   Import("import_layers");
   // KV light kind 2 is a spot; brightness 0.5 is 100; transparency 0.25 is darkness 75;
