@@ -59,6 +59,7 @@ constexpr int32_t DataKind_Bool = 400007001;
 constexpr int32_t DataKind_Int64 = 400007002;
 constexpr int32_t DataKind_Filename = 400007003;
 constexpr int32_t DataKind_Link = 400007004;
+constexpr int32_t DataKind_Container = 400007005;  // a nested ParamContainer
 
 // A reference-counted UTF-16 text; an empty one may hold a null impl.
 struct EngineString {
@@ -114,6 +115,39 @@ constexpr int32_t kQuillonApiVersion = 2024200;
 
 // ---------------------------------------------------------------------------
 // The 37 tables. Each lists its operations in the table's own order.
+
+// Identity, lists and records of the render session's operations.
+struct NodeArray;   // a list of nodes (AllocNodeArray)
+struct MemoryFile;  // a buffer that a scene file is written into
+struct SceneStateTree;  // the scene states of a document (GetStateData)
+// The 16 bytes that every node carries.
+struct NodeMarker {
+  uint8_t bytes[16];
+};
+// Two nodes handed over together: a placeholder and the element it stands for.
+struct NodePair {
+  SceneNode* first;
+  SceneNode* second;
+};
+static_assert(sizeof(NodePair) == 16, "a pair is two pointers");
+// A layer's switches: the second and third say whether its objects are seen
+// in the editor and in renders (LayerParam_Visible, LayerParam_Render).
+struct LayerRecord {
+  int32_t solo;
+  int32_t view;
+  int32_t render;
+  int32_t locked;
+  int32_t animation;
+};
+// Kinds of IsKindOf and GetBranchKind beyond the type numbers of nodes.
+constexpr int32_t NodeKind_Object = 5155;
+constexpr int32_t NodeKind_Tag = 5694;
+constexpr int32_t NodeKind_Material = 5702;
+constexpr int32_t NodeKind_Shader = 5707;
+constexpr int32_t NodeKind_Document = 110059;
+constexpr int32_t NodeKind_RenderSettings = 110304;
+constexpr int32_t kMessageMergePlaceholder = 0x40000004;
+constexpr int32_t kSceneFileVersionCurrent = 25117;
 
 // A picture of the engine: colour channels, with an optional alpha bitmap.
 struct Bitmap;
@@ -179,6 +213,11 @@ struct ORYOS_Hf {
   bool (*Close)(SceneFile* file);
   SceneFile* (*AllocSceneFile)();
   void (*FreeSceneFile)(SceneFile* file);
+  // 0 when every write since Open succeeded, else an error number.
+  int32_t (*GetFileError)(const SceneFile* file);
+  // The file version of the 3D application to write, before Open: versions
+  // below kSceneFileVersionCurrent are written without what they lack.
+  void (*SetWriterVersion)(SceneFile* file, int32_t version);
 };
 
 struct ORYOS_Bc {
@@ -202,6 +241,15 @@ struct ORYOS_Bc {
   EngineString* (*GetString)(const ParamContainer* container, EngineString* out, int32_t id,
                              const EngineString* fallback);
   BaseTime* (*GetTime)(const ParamContainer* container, BaseTime* out, int32_t id, const BaseTime* fallback);
+  bool (*ContainersEqual)(const ParamContainer* a, const ParamContainer* b);
+  void (*SetFilename)(ParamContainer* container, int32_t id, const Filename* value);
+  // out gets a copy of the path, or is emptied when the id holds none; false then.
+  bool (*GetFilename)(const ParamContainer* container, int32_t id, Filename* out);
+  // Stores a copy of value under id (DataKind_Container).
+  void (*SetContainer)(ParamContainer* container, int32_t id, const ParamContainer* value);
+  // out, made with InitContainer, gets a copy of the container under id; false
+  // (and out left as it was) when id holds none.
+  bool (*GetContainer)(const ParamContainer* container, int32_t id, ParamContainer* out);
 };
 
 struct ORYOS_St {
@@ -302,9 +350,33 @@ struct ORYOS_Fn {
   void (*FilenameFree)(Filename* file);
   void (*FilenameCopy)(const Filename* source, Filename* destination);
   void (*SetFromCString)(Filename* file, const char* path);
+  // Memory files. A Filename made a memory file reads from or writes to a
+  // buffer instead of the disk; its text is "mfs:/" and a name, which the
+  // other operations may change while the text keeps that scheme.
+  // Reading: a copy of size bytes of data; with takesOwnership the engine
+  // frees data (std::free) at once.
+  void (*SetMemoryRead)(Filename* file, const void* data, int64_t size, bool takesOwnership);
+  // Writing: what a scene file opened on file writes lands in memory.
+  void (*SetMemoryWrite)(Filename* file, MemoryFile* memory);
+  MemoryFile* (*AllocMemoryFile)();
+  void (*FreeMemoryFile)(MemoryFile* memory);
+  // The bytes written so far; valid until the next write or the free.
+  void (*GetMemoryFileData)(const MemoryFile* memory, const void** data, int64_t* size);
 };
 
-struct ORYOS_Fl {};
+// A file on the disk, written through the engine.
+struct DiskFile;
+constexpr int32_t kDiskFileWrite = 2;
+
+struct ORYOS_Fl {
+  DiskFile* (*AllocFile)();
+  // Closes the file: a file opened for writing takes the place of the target
+  // only when every write succeeded, else the target stays as it was.
+  void (*FreeFile)(DiskFile* file);
+  bool (*OpenFile)(DiskFile* file, const Filename* path, int32_t mode, int32_t errorMode, int32_t byteOrder,
+                   int32_t type, int32_t creator);
+  bool (*WriteFile)(DiskFile* file, const void* data, int64_t size);
+};
 struct ORYOS_Bf {};
 struct ORYOS_Cd {};
 struct ORYOS_Cu {};
@@ -325,6 +397,10 @@ struct ORYOS_Bl {
   void (*SetLayer)(SceneNode* node, SceneLayer* layer);
   AnimTrack* (*FindTrack)(const SceneNode* node, const ParamId* id);
   void (*InsertTrack)(SceneNode* node, AnimTrack* track);
+  // The layer's record in document, borrowed until the next GetLayerData on
+  // the same thread; null for a node that is no layer of document.
+  const LayerRecord* (*GetLayerData)(const SceneLayer* layer, const BaseDocument* document, int32_t reserved);
+  bool (*SetLayerData)(SceneLayer* layer, const BaseDocument* document, const LayerRecord* record);
 };
 
 struct ORYOS_Tg {
@@ -384,6 +460,19 @@ struct ORYOS_Bd {
   int32_t (*GetViewCount)(const BaseDocument* document);
   bool (*EvaluateDocument)(BaseDocument* document, int32_t thread, int32_t animation, int32_t expressions,
                            int32_t caches, int32_t flags);
+  // The document's scene states, for the library kExtensionSceneStates.
+  SceneStateTree* (*GetStateData)(BaseDocument* document, int32_t reserved1, int32_t reserved2);
+  BaseView* (*GetViewAt)(const BaseDocument* document, int32_t index);
+  // The time at which the document is evaluated and rendered.
+  BaseTime* (*GetDocumentTime)(BaseDocument* document);
+  // Puts settings first among the top-level render settings (without a
+  // predecessor) or behind predecessor; it does not become active.
+  void (*InsertRenderSettingsAt)(BaseDocument* document, RenderData* settings, RenderData* predecessor,
+                                 int32_t reserved);
+  void (*SetActiveRenderSettings)(BaseDocument* document, RenderData* settings);
+  RenderData* (*GetFirstSettingsChild)(const RenderData* settings);
+  // child goes below settings, behind predecessor or last without one.
+  void (*InsertSettingsChild)(RenderData* settings, RenderData* child, RenderData* predecessor);
 };
 
 // Engine threads. The thread calls main(object); the break test of a thread
@@ -439,6 +528,12 @@ struct ORYOS_Ln {
   void (*SetLinkTarget)(LinkHolder* holder, SceneNode* target);
   SceneNode* (*GetLinkTarget)(const LinkHolder* holder);
   SceneNode* (*GetLinkTargetIn)(const LinkHolder* holder, const BaseDocument* document, int32_t reserved);
+  // Links resolve by a process-wide id: the document and the mode are accepted
+  // for the interface and change nothing.
+  void (*SetLinkDocument)(LinkHolder* holder, const BaseDocument* document);
+  void (*SetLinkMode)(LinkHolder* holder, int32_t mode);
+  // The target when it lies in document and IsKindOf(target, kind), else null.
+  SceneNode* (*GetLinkTargetOfKind)(const LinkHolder* holder, const BaseDocument* document, int32_t kind);
 };
 
 struct ORYOS_Gv {};
@@ -494,6 +589,36 @@ struct ORYOS_At {
   // Additions of the engine beside what export and import call.
   bool (*GetBitFlag)(const SceneNode* node, int32_t bit);
   SceneNode* (*GetPrev)(const SceneNode* node);
+  // A deep copy that keeps markers and unique ids, outside any list (see
+  // quillon/ENGINE.md); a document is copied whole. Null for what has no copy.
+  SceneNode* (*CloneNode)(const SceneNode* node, int32_t flags, LinkHolder* reserved);
+  // destination takes source's name, parameters, tracks (and between objects
+  // their tags and transform); it keeps its place, children and identity.
+  bool (*CopyNodeTo)(const SceneNode* source, SceneNode* destination, int32_t flags, int32_t reserved);
+  bool (*IsKindOf)(const SceneNode* node, int32_t kind);
+  // Messages the engine does not know are ignored.
+  void (*SendNodeMessage)(SceneNode* node, int32_t id, void* data);
+  // kMessageMergePlaceholder with a NodePair: what links to first links to second.
+  bool (*SendTreeMessage)(SceneNode* node, int32_t mode, int32_t id, void* data);
+  NodeArray* (*AllocNodeArray)();
+  void (*FreeNodeArray)(NodeArray* array);
+  int32_t (*GetNodeArrayCount)(const NodeArray* array);
+  SceneNode* (*GetNodeArrayItem)(const NodeArray* array, int32_t index);
+  // array gets the heads of the lists that hang below node; a head's first
+  // entry is GetDown(head), its kind GetBranchKind(head).
+  bool (*GetBranches)(const SceneNode* node, NodeArray* array, int32_t reserved);
+  // Every node has a marker, given on first use and kept in the scene file.
+  const NodeMarker* (*GetMarker)(const SceneNode* node);
+  bool (*MarkersEqual)(const NodeMarker* a, const NodeMarker* b);
+  // What links to from links to to afterwards.
+  bool (*MoveLinks)(SceneNode* from, SceneNode* to, int32_t reserved);
+  // The bytes that the application applicationId gave the node, borrowed while
+  // the node lives unchanged; false and null data without.
+  bool (*FindUniqueId)(const SceneNode* node, int32_t applicationId, const void** data, int32_t* size);
+  // Additions of the engine: how a client gives the unique id (size 0 removes it),
+  // and the kind of a list head of GetBranches (one of NodeKind_...).
+  void (*SetUniqueId)(SceneNode* node, int32_t applicationId, const void* data, int32_t size);
+  int32_t (*GetBranchKind)(const SceneNode* head);
 };
 
 struct ORYOS_CA {
@@ -559,6 +684,7 @@ constexpr int32_t kExtensionFont = 1009371;
 constexpr int32_t kExtensionSplineKey = 100004811;
 constexpr int32_t kExtensionInstance = 431000180;
 constexpr int32_t kExtensionMarkers = 465001534;
+constexpr int32_t kExtensionSceneStates = 431000064;
 
 struct ParamIdLibrary {
   ExtensionHeader header;
@@ -603,6 +729,20 @@ struct MarkerLibrary {
   TimelineMarker* (*AddMarker)(BaseDocument* document, TimelineMarker* predecessor, const BaseTime* time,
                                const EngineString* name, const Vector* colour, const BaseTime* length,
                                int32_t reserved);
+};
+
+// Scene states: entry 0 makes a state (insert it with InsertUnderRoot on the
+// root, or InsertUnder another state), 41 gives the root of the tree (the
+// states by GetDown), 46 the current state or null, 47 makes a state of the
+// tree current (false for any other node).
+struct SceneStateLibrary {
+  ExtensionHeader header;
+  SceneNode* (*AllocState)();
+  void* unused1[40];
+  SceneNode* (*GetStateRoot)(SceneStateTree* tree);
+  void* unused2[4];
+  SceneNode* (*GetCurrentState)(SceneStateTree* tree);
+  bool (*SetCurrentState)(SceneStateTree* tree, SceneNode* state);
 };
 
 // Element layouts of the variable tags of a spline (GetTagData, GetDataAddress).

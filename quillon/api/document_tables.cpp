@@ -1,5 +1,6 @@
 // Tables Bd (documents), Br (views), Mt (materials) and Ba (shaders).
 #include "quillon/api/handles.h"
+#include "quillon/api/session_operations.h"
 #include "quillon/api/tables.h"
 #include "quillon/model/evaluate.h"
 #include "quillon/model/links.h"
@@ -145,7 +146,14 @@ const ORYOS_Bd& BdTable() {
                               .GetLayerRoot = GetLayerRoot,
                               .InsertSettings = InsertSettings,
                               .GetViewCount = GetViewCount,
-                              .EvaluateDocument = EvaluateDocument};
+                              .EvaluateDocument = EvaluateDocument,
+                              .GetStateData = GetStateData,
+                              .GetViewAt = GetViewAt,
+                              .GetDocumentTime = GetDocumentTime,
+                              .InsertRenderSettingsAt = InsertRenderSettingsAt,
+                              .SetActiveRenderSettings = SetActiveRenderSettings,
+                              .GetFirstSettingsChild = GetFirstSettingsChild,
+                              .InsertSettingsChild = InsertSettingsChild};
   return table;
 }
 

@@ -6,6 +6,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/api/handles.h"
+#include "quillon/api/session_operations.h"
 #include "quillon/model/evaluate.h"
 #include "quillon/model/links.h"
 
@@ -123,13 +124,14 @@ const SplineKeyLibrary kSplineKeyLibrary{HeaderFor<SplineKeyLibrary>(kExtensionS
 const InstanceLibrary kInstanceLibrary{HeaderFor<InstanceLibrary>(kExtensionInstance), {}, SetInstanceReference};
 const MarkerLibrary kMarkerLibrary{HeaderFor<MarkerLibrary>(kExtensionMarkers), GetFirstMarker, AddMarker};
 
-const std::array<ExtensionRecord, 6> kExtensions{{
+const std::array<ExtensionRecord, 7> kExtensions{{
     {kExtensionParamId, &kParamIdLibrary.header},
     {kExtensionPriority, &kPriorityLibrary.header},
     {kExtensionFont, &kFontLibrary.header},
     {kExtensionSplineKey, &kSplineKeyLibrary.header},
     {kExtensionInstance, &kInstanceLibrary.header},
     {kExtensionMarkers, &kMarkerLibrary.header},
+    {kExtensionSceneStates, &SceneStateLibraryHeader()},
 }};
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "quillon/api/handles.h"
 #include "quillon/api/parameters.h"
 #include "quillon/api/scene_file.h"
+#include "quillon/api/session_operations.h"
 #include "quillon/api/tables.h"
 #include "quillon/model/links.h"
 
@@ -185,7 +186,23 @@ const ORYOS_At& AtTable() {
                               .InsertShader = InsertShader,
                               .SetBitFlag = SetBitFlag,
                               .GetBitFlag = GetBitFlag,
-                              .GetPrev = GetPrev};
+                              .GetPrev = GetPrev,
+                              .CloneNode = CloneNode,
+                              .CopyNodeTo = CopyNodeTo,
+                              .IsKindOf = IsKindOf,
+                              .SendNodeMessage = SendNodeMessage,
+                              .SendTreeMessage = SendTreeMessage,
+                              .AllocNodeArray = AllocNodeArray,
+                              .FreeNodeArray = FreeNodeArray,
+                              .GetNodeArrayCount = GetNodeArrayCount,
+                              .GetNodeArrayItem = GetNodeArrayItem,
+                              .GetBranches = GetBranches,
+                              .GetMarker = GetMarker,
+                              .MarkersEqual = MarkersEqual,
+                              .MoveLinks = MoveLinks,
+                              .FindUniqueId = FindUniqueId,
+                              .SetUniqueId = SetUniqueId,
+                              .GetBranchKind = GetBranchKind};
   return table;
 }
 
@@ -198,7 +215,9 @@ const ORYOS_Bl& BlTable() {
                               .GetSceneLayer = GetSceneLayer,
                               .SetLayer = SetLayer,
                               .FindTrack = FindTrack,
-                              .InsertTrack = InsertTrack};
+                              .InsertTrack = InsertTrack,
+                              .GetLayerData = GetLayerData,
+                              .SetLayerData = SetLayerData};
   return table;
 }
 

@@ -17,6 +17,7 @@
 #include "files/replace_file.h"
 #include "quillon/api/handles.h"
 #include "quillon/api/tables.h"
+#include "quillon/format/format_versions.h"
 #include "quillon/format/ory_format.h"
 
 namespace quillon {
@@ -56,8 +57,10 @@ bool Usable(const std::string& path, int32_t mode) {
 bool Open(SceneFile* file, int32_t ident, const Filename* path, int32_t mode, int32_t) {
   if (!file || !path || file->open || ident != kSceneFileIdent) return false;
   std::string target = PathOf(*path);
-  if (target.empty() || !Usable(target, mode)) return false;
+  std::shared_ptr<MemoryBuffer> memory = MemoryOf(*path);
+  if (target.empty() || (!memory && !Usable(target, mode))) return false;
   file->path = target;
+  file->memory = std::move(memory);
   file->mode = mode;
   file->open = true;
   file->failed = false;
@@ -74,13 +77,37 @@ bool Close(SceneFile* file) {
 SceneFile* AllocSceneFile() { return new SceneFile(); }
 void FreeSceneFile(SceneFile* file) { delete file; }
 
+int32_t GetFileError(const SceneFile* file) { return file && !file->failed ? 0 : 1; }
+
+void SetWriterVersion(SceneFile* file, int32_t version) {
+  if (file && !file->open) file->writerVersion = version;
+}
+
+// A memory file, and a file of an older version, are encoded whole before they are written.
+bool WriteEncoded(SceneFile& file, const Document& document) {
+  std::vector<std::uint8_t> bytes;
+  std::string problem;
+  if (!format::EncodeDocumentAs(document, format::FormatVersionFor(file.writerVersion), bytes, &problem)) {
+    file.error = file.path + ": " + problem;
+    return false;
+  }
+  if (file.memory) {
+    file.memory->bytes = std::move(bytes);
+    return true;
+  }
+  return qae::files::ReplaceFileContent(
+      file.path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()), &file.error);
+}
+
 }  // namespace
 
 bool WriteSceneFile(SceneFile& file, const Document& document) {
   if (!file.open || file.mode != kSceneFileModeWrite) return false;
   bool written = false;
   try {
-    written = format::WriteDocument(document, file.path, &file.error);
+    written = file.memory || format::FormatVersionFor(file.writerVersion) != format::kFormatVersion
+                  ? WriteEncoded(file, document)
+                  : format::WriteDocument(document, file.path, &file.error);
   } catch (const std::bad_alloc&) {
     file.error = file.path + ": out of memory while writing the scene";
   }
@@ -98,8 +125,21 @@ bool ReadSceneFile(const std::string& path, Document& document, std::string* err
   }
 }
 
+bool ReadSceneFileFrom(const Filename& file, Document& document, std::string* error) {
+  const std::shared_ptr<MemoryBuffer> memory = MemoryOf(file);
+  if (!memory) return ReadSceneFile(PathOf(file), document, error);
+  std::string problem;
+  try {
+    if (format::DecodeDocument(memory->bytes.data(), memory->bytes.size(), document, &problem)) return true;
+  } catch (const std::bad_alloc&) {
+    problem = "out of memory while reading the scene";
+  }
+  if (error) *error = PathOf(file) + ": " + problem;
+  return false;
+}
+
 const ORYOS_Hf& HfTable() {
-  static const ORYOS_Hf table{Open, Close, AllocSceneFile, FreeSceneFile};
+  static const ORYOS_Hf table{Open, Close, AllocSceneFile, FreeSceneFile, GetFileError, SetWriterVersion};
   return table;
 }
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "quillon/api/handles.h"
+#include "quillon/api/session_operations.h"
 #include "quillon/api/tables.h"
 
 namespace quillon {
@@ -200,7 +201,7 @@ void FilenameFree(Filename* file) {
 }
 
 void FilenameCopy(const Filename* source, Filename* destination) {
-  if (source && destination && source != destination) AssignPath(*destination, PathOf(*source));
+  if (source && destination) CopyPath(*destination, *source);
 }
 
 void SetFromCString(Filename* file, const char* path) {
@@ -242,7 +243,12 @@ const ORYOS_Fn& FnTable() {
                               .FilenameInit = FilenameInit,
                               .FilenameFree = FilenameFree,
                               .FilenameCopy = FilenameCopy,
-                              .SetFromCString = SetFromCString};
+                              .SetFromCString = SetFromCString,
+                              .SetMemoryRead = SetMemoryRead,
+                              .SetMemoryWrite = SetMemoryWrite,
+                              .AllocMemoryFile = AllocMemoryFile,
+                              .FreeMemoryFile = FreeMemoryFile,
+                              .GetMemoryFileData = GetMemoryFileData};
   return table;
 }
 

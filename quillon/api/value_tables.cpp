@@ -1,6 +1,7 @@
 // Tables Gd (typed values), Bc (parameter sets) and Ln (link holders).
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/api/handles.h"
+#include "quillon/api/session_operations.h"
 #include "quillon/api/tables.h"
 #include "quillon/model/links.h"
 
@@ -279,7 +280,12 @@ const ORYOS_Bc& BcTable() {
                               .GetBool = BcGetBool,
                               .GetInt32 = BcGetInt32,
                               .GetString = BcGetString,
-                              .GetTime = BcGetTime};
+                              .GetTime = BcGetTime,
+                              .ContainersEqual = ContainersEqual,
+                              .SetFilename = BcSetFilename,
+                              .GetFilename = BcGetFilename,
+                              .SetContainer = SetContainer,
+                              .GetContainer = GetContainer};
   return table;
 }
 
@@ -288,7 +294,10 @@ const ORYOS_Ln& LnTable() {
                               .FreeLinkHolder = FreeLinkHolder,
                               .SetLinkTarget = SetLinkTarget,
                               .GetLinkTarget = GetLinkTarget,
-                              .GetLinkTargetIn = GetLinkTargetIn};
+                              .GetLinkTargetIn = GetLinkTargetIn,
+                              .SetLinkDocument = SetLinkDocument,
+                              .SetLinkMode = SetLinkMode,
+                              .GetLinkTargetOfKind = GetLinkTargetOfKind};
   return table;
 }
 

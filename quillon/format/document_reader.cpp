@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/format/file_frame.h"
+#include "quillon/format/identity_record.h"
 #include "quillon/format/record_layout.h"
 #include "quillon/model/animation.h"
 #include "quillon/model/links.h"
@@ -19,6 +21,7 @@ struct ReadContext {
   // once all nodes exist.
   std::vector<std::uint64_t*> linkSlots;
   std::unordered_map<std::uint64_t, Node*> nodesByFileId;
+  std::uint32_t version;
 };
 
 std::string Str(std::int64_t v) { return std::to_string(v); }
@@ -113,6 +116,11 @@ void ReadValue(ReadContext& c, DataValue& value, int depth) {
       for (Value& entry : entries) ReadValue(c, entry.raw, depth + 1);
       return;
     }
+    case DataKind_Container:
+      if (c.version < kFormatVersion) c.r.Fail(at, "value kind " + Str(kind) + " is unknown in version 1");
+      InitCustom(value, kind);
+      ReadParams(c, AsContainer(value)->entries, depth + 1);
+      return;
     case DataKind_Font:
       InitCustom(value, kind);
       ReadParams(c, AsFont(value)->description, depth + 1);
@@ -191,7 +199,8 @@ void ReadNodeCommon(ReadContext& c, Node& node, int depth) {
   CheckDepth(c, depth);
   const std::size_t at = c.r.Offset();
   const std::uint8_t parts = c.r.U8();
-  if (parts & ~kAllNodeParts) c.r.Fail(at, "node part flags " + Str(parts) + " name parts that do not exist");
+  const std::uint8_t known = c.version >= kFormatVersion ? kAllNodeParts | kNodePartIdentity : kAllNodeParts;
+  if (parts & ~known) c.r.Fail(at, "node part flags " + Str(parts) + " name parts that do not exist");
   if (parts & NodePart_Name) node.name = c.r.String16("node name");
   if (parts & NodePart_Bits) node.bits = std::bitset<64>(c.r.U64());
   if (parts & NodePart_InfoBits) node.infoBits = c.r.U32();
@@ -207,6 +216,7 @@ void ReadNodeCommon(ReadContext& c, Node& node, int depth) {
     const std::uint32_t count = c.r.Count("track", kMinTrackBytes);
     for (std::uint32_t i = 0; i < count; ++i) InsertLastUnder(ReadTrack(c, depth + 1).release(), node.trackList());
   }
+  node.identity = parts & kNodePartIdentity ? ReadIdentity(c.r, at) : NodeIdentity{};
 }
 
 // The counterpart of the writer's lists: a count, then each record followed by the list
@@ -299,8 +309,8 @@ void RestoreLinks(ReadContext& c) {
 
 }  // namespace
 
-void ReadDocumentBody(ByteReader& r, Document& document) {
-  ReadContext c{r, {}, {}};
+void ReadDocumentBody(ByteReader& r, Document& document, std::uint32_t version) {
+  ReadContext c{r, {}, {}, version};
   ReadNodeCommon(c, document, 0);
   document.currentTime = ReadTime(c);
   ReadObjectTree(c, *document.objects, 0);

@@ -10,6 +10,7 @@ namespace quillon::format {
 // Reads the body from r's position to the end of its buffer into `document`, which must
 // be empty. Links between the nodes read are restored; links to nodes outside the file
 // are cleared.
-void ReadDocumentBody(ByteReader& r, Document& document);
+// `version` is the format version of the file (file_frame.h).
+void ReadDocumentBody(ByteReader& r, Document& document, std::uint32_t version);
 
 }  // namespace quillon::format

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/format/identity_record.h"
 #include "quillon/format/record_layout.h"
 #include "quillon/model/animation.h"
 #include "quillon/model/tag.h"
@@ -107,6 +108,7 @@ void WriteValue(WriteContext& w, const DataValue& value, int depth) {
       return;
     }
     case DataKind_Font: WriteParams(w, AsFont(value)->description, depth + 1); return;
+    case DataKind_Container: WriteParams(w, AsContainer(value)->entries, depth + 1); return;
     case DataKind_SplineKey: {
       const SplineKeyData& key = *AsSplineKey(value);
       WriteTag(w, *key.points, depth + 1);
@@ -159,6 +161,7 @@ std::uint8_t PresenceOf(const Node& node) {
   if (node.layerId != 0) parts |= NodePart_LayerId;
   if (!node.params.empty()) parts |= NodePart_Params;
   if (node.trackRoot && node.trackRoot->firstChild) parts |= NodePart_Tracks;
+  if (HasIdentity(node.identity)) parts |= kNodePartIdentity;
   return parts;
 }
 
@@ -177,6 +180,7 @@ void WriteNodeCommon(WriteContext& w, const Node& node, int depth) {
     for (const Node* track = node.trackRoot->firstChild; track; track = track->next)
       WriteTrack(w, *AsTrack(track), depth + 1);
   }
+  if (parts & kNodePartIdentity) WriteIdentity(w, node.identity);
 }
 
 // A list: the count of the parent's children, then each child's record followed by the

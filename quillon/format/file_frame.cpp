@@ -95,9 +95,10 @@ std::uint32_t CheckFrameHeader(const std::uint8_t* header, std::size_t fileSize)
   if (ident != kIdent) r.Fail(4, "ident " + Printable(header + 4, 4) + " is not \"ORY6\"");
   r.U64();
   const std::uint32_t version = r.U32();
-  if (version != kFormatVersion)
-    r.Fail(8, "format version " + std::to_string(version) + " is not the version " +
-                  std::to_string(kFormatVersion) + " that this reader reads");
+  if (version < kOldestFormatVersion || version > kFormatVersion)
+    r.Fail(8, "format version " + std::to_string(version) + " is not one of the versions " +
+                  std::to_string(kOldestFormatVersion) + " to " + std::to_string(kFormatVersion) +
+                  " that this reader reads");
   const std::uint32_t checksum = r.U32();
   const std::uint64_t length = r.U64();
   const std::size_t body = fileSize - kFrameHeaderBytes;

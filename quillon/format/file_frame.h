@@ -14,7 +14,9 @@ namespace quillon::format {
 inline constexpr char kSignature[4] = {'Q', 'O', 'R', 'Y'};
 // The next four: the ident 'ORY6' as a 32-bit word in big-endian order.
 inline constexpr std::uint32_t kIdent = 0x4F525936u;
-inline constexpr std::uint32_t kFormatVersion = 1;
+// Version 2 gave nodes their identity (identity_record.h); version 1 files are still read.
+inline constexpr std::uint32_t kFormatVersion = 2;
+inline constexpr std::uint32_t kOldestFormatVersion = 1;
 inline constexpr std::size_t kFrameHeaderBytes = 24;
 
 // Writes the header with room for the length and checksum; the body follows it.

@@ -6,6 +6,7 @@
 #include "quillon/format/document_reader.h"
 #include "quillon/format/document_writer.h"
 #include "quillon/format/file_frame.h"
+#include "quillon/format/format_versions.h"
 #include "quillon/format/file_sink.h"
 #include "quillon/format/file_source.h"
 #include "files/read_file.h"
@@ -58,7 +59,7 @@ bool DecodeDocument(const std::uint8_t* data, std::size_t size, Document& doc, s
   try {
     CheckFrame(data, size);
     ByteReader r(data, size, kFrameHeaderBytes);
-    ReadDocumentBody(r, doc);
+    ReadDocumentBody(r, doc, FormatVersionOf(data, size));
     return true;
   } catch (const FormatError& e) {
     EmptyDocument(doc);
@@ -106,7 +107,7 @@ bool ReadDocument(const std::string& path, Document& doc, std::string* error) {
     SceneFileSource source(file);
     ByteReader r(source, file.Size(), kFrameHeaderBytes);
     try {
-      ReadDocumentBody(r, doc);
+      ReadDocumentBody(r, doc, FormatVersionOf(header, kFrameHeaderBytes));
     } catch (const FormatError&) {
       source.ReadToEnd();
       CheckBodyChecksum(checksum, source.BodyChecksum());

@@ -25,7 +25,8 @@ Document::Document()
       materials(MakeListRoot(this)),
       layers(MakeListRoot(this)),
       settings(MakeListRoot(this)),
-      markers(MakeListRoot(this)) {}
+      markers(MakeListRoot(this)),
+      states(MakeListRoot(this)) {}
 
 Document::~Document() = default;
 
@@ -35,6 +36,8 @@ void Document::Clear() {
   layers = MakeListRoot(this);
   settings = MakeListRoot(this);
   markers = MakeListRoot(this);
+  states = MakeListRoot(this);
+  currentState = nullptr;
   activeSettings = nullptr;
   views.clear();
   activeView = renderView = -1;

@@ -29,6 +29,9 @@ class Document : public Node {
   std::unique_ptr<Node> layers;
   std::unique_ptr<Node> settings;
   std::unique_ptr<Node> markers;
+  // The scene states (scene_states.h) and the one in force; null for none.
+  std::unique_ptr<Node> states;
+  Node* currentState = nullptr;
   // Null when the document has no active settings node.
   Node* activeSettings = nullptr;
   std::vector<std::unique_ptr<View>> views;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "plugin/engine/engine_ops.h"
+#include "quillon/model/identity.h"
 #include "quillon/model/value.h"
 
 namespace quillon {
@@ -27,6 +28,7 @@ enum class NodeClass : int32_t {
   Track,
   Curve,
   Key,
+  State,
 };
 
 // Type numbers of nodes that the scene identifiers do not number.
@@ -38,6 +40,7 @@ constexpr int32_t NodeType_Marker = 400008004;
 constexpr int32_t NodeType_Track = 400008005;
 constexpr int32_t NodeType_Curve = 400008006;
 constexpr int32_t NodeType_Key = 400008007;
+constexpr int32_t NodeType_State = 400008008;
 
 class Document;
 class Track;
@@ -75,6 +78,8 @@ class Node {
   uint64_t layerId = 0;
   // Link id once something links to this node (links.h).
   uint64_t linkId = 0;
+  // Marker and unique ids (identity.h).
+  NodeIdentity identity;
 
   Node* trackList();
 };

@@ -26,10 +26,11 @@ void* ClonePayload(const DataValue& source) {
       RetainText(*copy);
       return copy;
     }
-    case DataKind_Filename: return new Filename{new FilenameData{PathOf(*AsFilename(source))}};
+    case DataKind_Filename: return new Filename{new FilenameData{PathOf(*AsFilename(source)), nullptr}};
     case DataKind_Link: return new LinkData(*AsLink(source));
     case DataKind_Priority: return new PriorityData(*AsPriority(source));
     case DataKind_Font: return new FontData(*AsFont(source));
+    case DataKind_Container: return new ContainerData(*AsContainer(source));
     case DataKind_SplineKey: return new SplineKeyData(*AsSplineKey(source));
     default: return nullptr;
   }
@@ -44,6 +45,7 @@ bool HasObjectPayload(int32_t kind) {
     case DataKind_Link:
     case DataKind_Priority:
     case DataKind_Font:
+    case DataKind_Container:
     case DataKind_SplineKey: return true;
     default: return false;
   }
@@ -111,6 +113,7 @@ void FreeData(DataValue& value) {
     case DataKind_Link: delete AsLink(value); break;
     case DataKind_Priority: delete AsPriority(value); break;
     case DataKind_Font: delete AsFont(value); break;
+    case DataKind_Container: delete AsContainer(value); break;
     case DataKind_SplineKey: delete AsSplineKey(value); break;
     default: break;
   }
@@ -138,6 +141,7 @@ bool DataEquals(const DataValue& a, const DataValue& b) {
     case DataKind_Link: return AsLink(a)->targetId == AsLink(b)->targetId;
     case DataKind_Priority: return AsPriority(a)->entries == AsPriority(b)->entries;
     case DataKind_Font: return AsFont(a)->description == AsFont(b)->description;
+    case DataKind_Container: return AsContainer(a)->entries == AsContainer(b)->entries;
     case DataKind_SplineKey: {
       const SplineKeyData* x = AsSplineKey(a);
       const SplineKeyData* y = AsSplineKey(b);
@@ -180,7 +184,7 @@ void SetText(DataValue& value, const std::u16string& text) {
 }
 
 void SetPath(DataValue& value, const std::string& path) {
-  SetObject(value, DataKind_Filename, new Filename{new FilenameData{path}});
+  SetObject(value, DataKind_Filename, new Filename{new FilenameData{path, nullptr}});
 }
 
 void SetTime(DataValue& value, const BaseTime& time) { SetObject(value, DataKind_Time, new BaseTime(time)); }
@@ -190,6 +194,7 @@ bool InitCustom(DataValue& value, int32_t kind) {
   switch (kind) {
     case DataKind_Priority: SetObject(value, kind, new PriorityData()); return true;
     case DataKind_Font: SetObject(value, kind, new FontData()); return true;
+    case DataKind_Container: SetObject(value, kind, new ContainerData()); return true;
     case DataKind_SplineKey: SetObject(value, kind, new SplineKeyData()); return true;
     default: return false;
   }
@@ -228,6 +233,7 @@ const Filename* AsFilename(const DataValue& value) { return PayloadAs<Filename>(
 const LinkData* AsLink(const DataValue& value) { return PayloadAs<LinkData>(value, DataKind_Link); }
 PriorityData* AsPriority(const DataValue& value) { return PayloadAs<PriorityData>(value, DataKind_Priority); }
 FontData* AsFont(const DataValue& value) { return PayloadAs<FontData>(value, DataKind_Font); }
+ContainerData* AsContainer(const DataValue& value) { return PayloadAs<ContainerData>(value, DataKind_Container); }
 SplineKeyData* AsSplineKey(const DataValue& value) { return PayloadAs<SplineKeyData>(value, DataKind_SplineKey); }
 
 std::u16string TextOf(const EngineString& string) {
@@ -258,8 +264,18 @@ std::string PathOf(const Filename& file) {
 }
 
 void AssignPath(Filename& file, std::string path) {
+  std::shared_ptr<MemoryBuffer> memory;
+  auto* data = static_cast<FilenameData*>(file.impl);
+  if (data && path.rfind(kMemoryFileScheme, 0) == 0) memory = data->memory;
   ReleasePath(file);
-  file.impl = new FilenameData{std::move(path)};
+  file.impl = new FilenameData{std::move(path), std::move(memory)};
+}
+
+void CopyPath(Filename& destination, const Filename& source) {
+  if (&destination == &source) return;
+  auto* data = static_cast<const FilenameData*>(source.impl);
+  ReleasePath(destination);
+  if (data) destination.impl = new FilenameData(*data);
 }
 
 void ReleasePath(Filename& file) {

@@ -22,9 +22,15 @@ struct StringData {
   std::u16string text;
 };
 
-// The path behind a Filename, in the platform's form (UTF-8 here).
+// The bytes of a memory file (memory_file.h), and the scheme of its text.
+struct MemoryBuffer;
+inline constexpr char kMemoryFileScheme[] = "mfs:";
+
+// The path behind a Filename, in the platform's form (UTF-8 here). A memory
+// file has the text "mfs:/" and a name, and its bytes in memory.
 struct FilenameData {
   std::string path;
+  std::shared_ptr<MemoryBuffer> memory;
 };
 
 // A link to a node by the node's link id (see links.h); 0 links to nothing.
@@ -61,6 +67,11 @@ struct PriorityData {
 // Payload of DataKind_Font: the description entries of the font.
 struct FontData {
   ParamSet description;
+};
+
+// Payload of DataKind_Container: a nested parameter set.
+struct ContainerData {
+  ParamSet entries;
 };
 
 // Payload of DataKind_SplineKey: full copies of a spline's point and tangent
@@ -102,6 +113,7 @@ const Filename* AsFilename(const DataValue& value);
 const LinkData* AsLink(const DataValue& value);
 PriorityData* AsPriority(const DataValue& value);
 FontData* AsFont(const DataValue& value);
+ContainerData* AsContainer(const DataValue& value);
 SplineKeyData* AsSplineKey(const DataValue& value);
 
 // EngineString and Filename values.
@@ -110,7 +122,10 @@ void AssignText(EngineString& string, std::u16string text);
 void RetainText(const EngineString& string);
 void ReleaseText(EngineString& string);
 std::string PathOf(const Filename& file);
+// Keeps the bytes of a memory file while the new text keeps its scheme.
 void AssignPath(Filename& file, std::string path);
+// A copy of the path and, of a memory file, a share of its bytes.
+void CopyPath(Filename& destination, const Filename& source);
 void ReleasePath(Filename& file);
 
 std::string ToUtf8(const std::u16string& text);

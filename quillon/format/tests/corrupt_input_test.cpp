@@ -7,6 +7,7 @@
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/format/byte_writer.h"
 #include "quillon/format/file_frame.h"
+#include "quillon/format/identity_record.h"
 #include "quillon/format/ory_format.h"
 #include "quillon/format/record_layout.h"
 #include "quillon/format/tests/sample_scene.h"
@@ -97,8 +98,9 @@ TEST(CorruptInput, FlippedBytesAreFoundOrReadSafely) {
     EXPECT_EQ(OffsetOf(DecodeError(damaged)), 12u) << "the checksum missed byte " << i;
     // With a fitting checksum the body parser must cope with whatever the byte became.
     const std::string error = DecodeError(Resealed(damaged));
+    // An item that the file ends before is named where it would start, at most at the end.
     if (!error.empty()) {
-      EXPECT_LT(OffsetOf(error), file.size());
+      EXPECT_LE(OffsetOf(error), file.size()) << error << " at flip " << i;
     }
   }
 }
@@ -247,6 +249,63 @@ TEST(CorruptInput, FailedReadLeavesTheDocumentEmpty) {
   EXPECT_EQ(doc->objects->firstChild, nullptr);
   EXPECT_TRUE(doc->views.empty());
   EXPECT_TRUE(doc->params.empty());
+}
+
+// A document node with nothing but its identity part, written by `identity`.
+struct IdentityCase {
+  const char* what;
+  void (*identity)(CraftedFile& f);
+  std::string error;  // the start of the error
+};
+
+void EmptyTail(CraftedFile& f) { f.EmptyDocumentTail(); }
+
+const IdentityCase kIdentityCases[] = {
+    {"marker flag", [](CraftedFile& f) { f.U8(2); EmptyTail(f); }, "byte 25: marker flag 2 is neither 0 nor 1"},
+    {"cut marker", [](CraftedFile& f) { f.U8(1); f.Raw("0123456789", 10); },
+     "byte 26: truncated node marker: needs 16 bytes, 10 remain"},
+    {"empty id", [](CraftedFile& f) { f.U8(0); f.U32(1); f.I32(7); f.U32(0); EmptyTail(f); },
+     "byte 30: unique id of application 7 is empty"},
+    {"second id of one application",
+     [](CraftedFile& f) {
+       f.U8(0);
+       f.U32(2);
+       for (char c : {'a', 'b'}) {
+         f.I32(7);
+         f.U32(1);
+         f.U8(static_cast<std::uint8_t>(c));
+       }
+       EmptyTail(f);
+     },
+     "byte 39: application 7 gives the node a second unique id"},
+    {"id count", [](CraftedFile& f) { f.U8(0); f.U32(0xFFFFFFFF); EmptyTail(f); },
+     "byte 26: unique id count 4294967295 needs at least 38654705655 bytes"},
+    {"id size", [](CraftedFile& f) { f.U8(0); f.U32(1); f.I32(7); f.U32(0xFFFFFFFF); EmptyTail(f); },
+     "byte 34: unique id byte count 4294967295 needs at least 4294967295 bytes"},
+    {"nothing after the flags", [](CraftedFile&) {}, "byte 24: node part flags name an identity, but the file ends"},
+};
+
+TEST(CorruptInput, DamagedIdentityIsNamed) {
+  for (const IdentityCase& c : kIdentityCases) {
+    SCOPED_TRACE(c.what);
+    CraftedFile f;
+    f.U8(kNodePartIdentity);
+    c.identity(f);
+    const std::string error = DecodeError(f.Sealed());
+    EXPECT_EQ(error.rfind(c.error, 0), 0u) << error;
+  }
+}
+
+TEST(CorruptInput, IdentityInAVersionOneFileIsRefused) {
+  CraftedFile f;
+  f.U8(kNodePartIdentity);
+  f.U8(0);
+  f.U32(0);
+  f.EmptyDocumentTail();
+  std::vector<std::uint8_t> file = f.Sealed();
+  EXPECT_EQ(DecodeError(file), "");
+  file[8] = 1;
+  EXPECT_EQ(DecodeError(file), "byte 24: node part flags 128 name parts that do not exist");
 }
 
 }  // namespace

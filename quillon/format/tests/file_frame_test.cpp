@@ -32,7 +32,7 @@ TEST(FileFrame, HeaderIsSignatureIdentVersionChecksumAndLength) {
   const std::vector<std::uint8_t> file = FrameBody(("abc"));
   // CRC-32 (ISO 3309) of "abc" is 0x352441C2.
   const std::vector<std::uint8_t> expected = {
-      'Q', 'O', 'R', 'Y', 'O', 'R', 'Y', '6', 1, 0, 0, 0, 0xC2, 0x41, 0x24, 0x35,
+      'Q', 'O', 'R', 'Y', 'O', 'R', 'Y', '6', 2, 0, 0, 0, 0xC2, 0x41, 0x24, 0x35,
       3,   0,   0,   0,   0,   0,   0,   0,   'a', 'b', 'c'};
   EXPECT_EQ(file, expected);
   EXPECT_EQ(FrameError(file), "");
@@ -62,10 +62,15 @@ TEST(FileFrame, ForeignSignatureAndIdentAreNamed) {
   EXPECT_EQ(FrameError(file), "byte 4: ident \"ORY5\" is not \"ORY6\"");
 }
 
-TEST(FileFrame, OtherVersionIsRefused) {
+TEST(FileFrame, VersionsOneAndTwoAreReadAndOthersRefused) {
   std::vector<std::uint8_t> file = FrameBody(("abc"));
-  file[8] = 2;
-  EXPECT_EQ(FrameError(file), "byte 8: format version 2 is not the version 1 that this reader reads");
+  file[8] = 1;
+  EXPECT_EQ(FrameError(file), "");
+  for (std::uint8_t version : {0, 3}) {
+    file[8] = version;
+    EXPECT_EQ(FrameError(file), "byte 8: format version " + std::to_string(version) +
+                                    " is not one of the versions 1 to 2 that this reader reads");
+  }
 }
 
 TEST(FileFrame, SealingAgainRepairsAnyDamageBehindTheHeader) {

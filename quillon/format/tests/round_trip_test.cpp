@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/format/format_versions.h"
 #include "quillon/format/ory_format.h"
 #include "quillon/format/tests/sample_scene.h"
 #include "quillon/model/animation.h"
@@ -243,6 +244,52 @@ TEST_F(SceneFileOnDisk, ReadErrorNamesPathAndOffset) {
   EXPECT_FALSE(ReadDocument(path, *doc, &error));
   EXPECT_EQ(error, path + ": byte 8: the file ends after 8 bytes, inside the 24-byte header");
   EXPECT_EQ(doc->objects->firstChild, nullptr);
+}
+
+// Markers and unique ids of objects, tags, materials and the document travel in the file.
+TEST(IdentityRoundTrip, MarkersAndUniqueIdsComeBack) {
+  std::unique_ptr<Document> original = MakeSampleScene();
+  Object* camera = FindObjectNamed(*original, u"Camera 1");
+  Node* material = original->materials->firstChild;
+  Node* tag = camera->tagRoot->firstChild;
+  SetUniqueIdOf(camera->identity, 5, {'c', 'a', 'm'});
+  SetUniqueIdOf(camera->identity, 6, {0, 255});
+  SetUniqueIdOf(material->identity, 5, {'m'});
+  for (Node* node : {static_cast<Node*>(camera), material, tag, static_cast<Node*>(original.get())})
+    MarkerOf(node->identity);
+
+  const std::vector<std::uint8_t> bytes = Encode(*original);
+  std::unique_ptr<Document> copy = Decode(bytes);
+  Object* cameraCopy = FindObjectNamed(*copy, u"Camera 1");
+  ASSERT_NE(cameraCopy, nullptr);
+  EXPECT_EQ(cameraCopy->identity.marker, camera->identity.marker);
+  ASSERT_NE(FindUniqueIdOf(cameraCopy->identity, 6), nullptr);
+  EXPECT_EQ(FindUniqueIdOf(cameraCopy->identity, 6)->bytes, (std::vector<std::uint8_t>{0, 255}));
+  EXPECT_EQ(FindUniqueIdOf(cameraCopy->identity, 5)->bytes, (std::vector<std::uint8_t>{'c', 'a', 'm'}));
+  EXPECT_EQ(copy->materials->firstChild->identity.marker, material->identity.marker);
+  EXPECT_EQ(FindUniqueIdOf(copy->materials->firstChild->identity, 5)->bytes, (std::vector<std::uint8_t>{'m'}));
+  EXPECT_EQ(cameraCopy->tagRoot->firstChild->identity.marker, tag->identity.marker);
+  EXPECT_EQ(copy->identity.marker, original->identity.marker);
+  EXPECT_FALSE(HasIdentity(FindObjectNamed(*copy, u"Shape")->identity));
+  EXPECT_EQ(Encode(*copy), bytes);
+}
+
+// A file of version 1, which knows no identities, is still read; the current writer
+// writes it again as version 2 with the same body.
+TEST(IdentityRoundTrip, VersionOneFileStillLoads) {
+  std::unique_ptr<Document> original = MakeSampleScene();
+  SetUniqueIdOf(original->objects->firstChild->identity, 5, {'x'});
+  std::vector<std::uint8_t> old;
+  std::string error;
+  ASSERT_TRUE(EncodeDocumentAs(*original, kFormatVersionWithoutIdentity, old, &error)) << error;
+  EXPECT_EQ(FormatVersionOf(old.data(), old.size()), 1u);
+  std::unique_ptr<Document> copy = Decode(old);
+  EXPECT_FALSE(HasIdentity(copy->objects->firstChild->identity));
+  EXPECT_EQ(copy->objects->firstChild->name, u"project-Comp 1");
+  std::vector<std::uint8_t> again = Encode(*copy);
+  EXPECT_EQ(FormatVersionOf(again.data(), again.size()), 2u);
+  again[8] = 1;
+  EXPECT_EQ(again, old);
 }
 
 }  // namespace
