@@ -1,0 +1,74 @@
+/* The render session's interface for callers in the plug-in's process, exported from the
+   plug-in library as plain C functions (look them up by name after loading it).
+
+   A caller makes its own session object (a command object of the family, with its own map
+   of renders), selects a render by a 32-bit id and works on that current render. The three
+   commands StopRender, CloseRender and EndSession run on process-wide command objects of
+   their own; each reaches only the renders that its object selected.
+
+   The engine must run first: QuillonSessionStartEngine starts it as the export command
+   does, from the engine's install folder beside the host's application folder. Before the
+   host unloads the plug-in, a caller frees its session objects and the command objects. */
+#ifndef QAE_PLUGIN_SESSION_SESSION_API_H
+#define QAE_PLUGIN_SESSION_SESSION_API_H
+
+#include <stdbool.h>
+#include <stdint.h>
+
+#include "sdk/aegp_entry.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct QuillonRenderSession QuillonRenderSession;
+
+/* Gets `count` pixels of line `y` from pixel `x`: four channels (red, green, blue, alpha)
+   of `bytesPerChannel` bytes each, valid during the call only. */
+typedef void (*QuillonFrameLineCallback)(void* refcon, int32_t x, int32_t y, int32_t count, int32_t bytesPerChannel,
+                                         const uint8_t* pixels);
+
+/* Starts the engine and waits until it runs (at most 60 seconds); true when it runs. The
+   plug-in's entry point must have run. */
+AEGP_EXPORT bool QuillonSessionStartEngine(void);
+
+/* A caller's session object; null when the engine does not run or memory ran out. */
+AEGP_EXPORT QuillonRenderSession* QuillonSessionNew(void);
+/* Stops every render of the object and frees it with what it holds. */
+AEGP_EXPORT void QuillonSessionFree(QuillonRenderSession* session);
+
+/* Operations on the current render; false without one. */
+AEGP_EXPORT bool QuillonSessionSelectRender(QuillonRenderSession* session, uint32_t id);
+/* Makes the scene file at `path` (UTF-8) the render's document. */
+AEGP_EXPORT bool QuillonSessionOpenDocument(QuillonRenderSession* session, const char* path);
+/* Sets up a frame of `width` x `height` at 1, 2 or 4 bytes a channel and renders it on
+   the render's thread unless the last picture is still good. */
+AEGP_EXPORT bool QuillonSessionPrepareRender(QuillonRenderSession* session, int32_t width, int32_t height,
+                                             int32_t bytesPerChannel, bool option6014, bool normalPriority);
+/* The frame in whole lines; also while the render runs (`running` says so). */
+AEGP_EXPORT bool QuillonSessionReadFrame(QuillonRenderSession* session, QuillonFrameLineCallback callback,
+                                         void* refcon, bool* running);
+/* The runs of pixels that differ from the frame last read whole. */
+AEGP_EXPORT bool QuillonSessionReadFrameChanges(QuillonRenderSession* session, QuillonFrameLineCallback callback,
+                                                void* refcon, bool* running);
+/* Any pointer may be null. */
+AEGP_EXPORT bool QuillonSessionGetRenderState(QuillonRenderSession* session, bool* running, int32_t* result,
+                                              double* progress, int32_t* stage);
+AEGP_EXPORT bool QuillonSessionStopCurrentRender(QuillonRenderSession* session);
+AEGP_EXPORT bool QuillonSessionCloseDocument(QuillonRenderSession* session);
+AEGP_EXPORT bool QuillonSessionReleaseRender(QuillonRenderSession* session, bool free);
+
+/* The three commands; see plugin/session/session_commands.h for their results. */
+AEGP_EXPORT int32_t QuillonSessionStopRender(uint32_t id);
+AEGP_EXPORT int32_t QuillonSessionCloseRender(uint32_t id);
+AEGP_EXPORT int32_t QuillonSessionEndSession(uint32_t id);
+AEGP_EXPORT void QuillonSessionFreeThreads(void);
+
+/* True when nobody accepts connections on 127.0.0.1:`port`. */
+AEGP_EXPORT bool QuillonSessionIsPortFree(uint16_t port, bool* addressFree);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
