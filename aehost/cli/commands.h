@@ -92,4 +92,11 @@ struct MenuOptions {
 CLI::App* AddMenuCommand(CLI::App& app, MenuOptions& options);
 int RunMenu(const MenuOptions& options, const char* argv0);
 
+struct RenderSessionOptions {
+    HostOptions host;    // --app-dir, --plugin and --allow-leaks only
+    std::string script;  // the session script
+};
+CLI::App* AddRenderSessionCommand(CLI::App& app, RenderSessionOptions& options);
+int RunRenderSession(const RenderSessionOptions& options, const char* argv0);
+
 }  // namespace aehost

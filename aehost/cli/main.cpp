@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     aehost::RoundtripOptions roundtripOptions;
     aehost::EvalOptions evalOptions;
     aehost::OutlinesOptions outlinesOptions;
+    aehost::RenderSessionOptions sessionOptions;
     CLI::App* exportCommand = aehost::AddExportCommand(app, exportOptions);
     CLI::App* importCommand = aehost::AddImportCommand(app, importOptions);
     CLI::App* xformCommand = aehost::AddXformCommand(app, xformOptions);
@@ -24,6 +25,7 @@ int main(int argc, char** argv) {
     CLI::App* roundtripCommand = aehost::AddRoundtripCommand(app, roundtripOptions);
     CLI::App* evalCommand = aehost::AddEvalCommand(app, evalOptions);
     CLI::App* outlinesCommand = aehost::AddOutlinesCommand(app, outlinesOptions);
+    CLI::App* sessionCommand = aehost::AddRenderSessionCommand(app, sessionOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ExcludesError&) {
@@ -36,7 +38,8 @@ int main(int argc, char** argv) {
         // saying that a command is missing.
         if (app.get_subcommands().empty() && !app.remaining().empty()) {
             aehost::HostError("unknown command \"" + app.remaining().front() +
-                              "\"; the commands are export, import, xform, menu, roundtrip, eval and outlines");
+                              "\"; the commands are export, import, xform, menu, roundtrip, eval, outlines "
+                              "and session");
             return aehost::kExitBadInput;
         }
         const int code = app.exit(e);
@@ -51,6 +54,7 @@ int main(int argc, char** argv) {
         if (roundtripCommand->parsed()) return aehost::RunRoundtrip(roundtripOptions, argv[0]);
         if (evalCommand->parsed()) return aehost::RunEval(evalOptions);
         if (outlinesCommand->parsed()) return aehost::RunOutlines(outlinesOptions);
+        if (sessionCommand->parsed()) return aehost::RunRenderSession(sessionOptions, argv[0]);
     } catch (const std::bad_alloc&) {
         aehost::HostError("out of memory while running " + app.get_subcommands().front()->get_name());
         return aehost::kExitFailed;
