@@ -12,6 +12,7 @@
 #include "quillon/model/links.h"
 #include "quillon/model/tag.h"
 #include "quillon/orytool/scene_json.h"
+#include "quillon/orytool/scene_json_identity.h"
 #include "quillon/orytool/scene_names.h"
 
 namespace quillon::orytool {
@@ -96,7 +97,8 @@ std::int32_t TypeFrom(const Json::Value& v, NodeClass nodeClass, const std::stri
 }
 
 constexpr const char* kValueKeys[] = {"empty", "int32", "float", "bool", "int64", "vector", "time",
-                                      "string", "filename", "link", "priority", "font", "spline_key"};
+                                      "string", "filename", "link", "priority", "font", "container",
+                                      "spline_key"};
 
 // The value keys and the given others.
 Keys ValueKeysAnd(Keys others) {
@@ -106,8 +108,43 @@ Keys ValueKeysAnd(Keys others) {
 
 // Keys of every node besides those of its class.
 Keys NodeKeysAnd(Keys others) {
-  others.insert(others.end(), {"name", "ref", "bits", "info_bits", "layer", "params", "tracks"});
+  others.insert(others.end(),
+                {"name", "ref", "bits", "info_bits", "marker", "unique_ids", "layer", "params", "tracks"});
   return others;
+}
+
+Marker MarkerFrom(const Json::Value& v, const std::string& path) {
+  const std::optional<std::vector<uint8_t>> bytes = BytesOfHex(Text(v, path));
+  Marker marker{};
+  if (!bytes || bytes->size() != marker.size()) Fail(path, "a marker is 32 hex digits");
+  std::copy(bytes->begin(), bytes->end(), marker.begin());
+  return marker;
+}
+
+std::vector<uint8_t> UniqueIdBytes(const Json::Value& v, const std::string& path) {
+  if (v.isMember("text") == v.isMember("hex")) Fail(path, "a unique id has either \"text\" or \"hex\"");
+  std::vector<uint8_t> bytes;
+  if (v.isMember("text")) {
+    const std::string text = Text(v["text"], At(path, "text"));
+    bytes.assign(text.begin(), text.end());
+  } else {
+    const std::optional<std::vector<uint8_t>> hex = BytesOfHex(Text(v["hex"], At(path, "hex")));
+    if (!hex) Fail(At(path, "hex"), "not an even number of hex digits");
+    bytes = *hex;
+  }
+  if (bytes.empty()) Fail(path, "a unique id has at least one byte");
+  return bytes;
+}
+
+void UniqueIdsFrom(const Json::Value& v, const std::string& path, NodeIdentity& identity) {
+  for (Json::ArrayIndex i = 0; i < ArrayAt(v, path).size(); ++i) {
+    const std::string at = At(path, i);
+    CheckKeys(v[i], at, {"application", "text", "hex"});
+    const std::int32_t application = Int32(v[i]["application"], At(at, "application"));
+    if (FindUniqueIdOf(identity, application))
+      Fail(At(at, "application"), "application " + std::to_string(application) + " gives a second unique id");
+    SetUniqueIdOf(identity, application, UniqueIdBytes(v[i], at));
+  }
 }
 
 class JsonReader {
@@ -198,6 +235,10 @@ void JsonReader::ValueFrom(const Json::Value& v, const std::string& path, DataVa
     InitCustom(out, DataKind_Font);
     const Node unnamed(NodeClass::ListRoot, NodeType_ListRoot);
     ParamsFrom(x, at, unnamed, AsFont(out)->description);
+  } else if (k == "container") {
+    InitCustom(out, DataKind_Container);
+    const Node unnamed(NodeClass::ListRoot, NodeType_ListRoot);
+    ParamsFrom(x, at, unnamed, AsContainer(out)->entries);
   } else {
     CheckKeys(x, at, {"points", "tangents"});
     InitCustom(out, DataKind_SplineKey);
@@ -236,6 +277,9 @@ void JsonReader::NodeFields(const Json::Value& v, const std::string& path, Node&
   }
   if (v.isMember("info_bits"))
     node.infoBits = static_cast<std::uint32_t>(Integer(v["info_bits"], At(path, "info_bits"), 0, UINT32_MAX));
+  if (v.isMember("marker")) node.identity.marker = MarkerFrom(v["marker"], At(path, "marker"));
+  node.identity.hasMarker = v.isMember("marker");
+  if (v.isMember("unique_ids")) UniqueIdsFrom(v["unique_ids"], At(path, "unique_ids"), node.identity);
   if (v.isMember("layer")) Link(v["layer"], At(path, "layer"), node.layerId);
   if (v.isMember("params")) ParamsFrom(v["params"], At(path, "params"), node, node.params);
   if (v.isMember("tracks")) {

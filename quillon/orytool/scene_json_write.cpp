@@ -6,6 +6,7 @@
 #include "quillon/model/animation.h"
 #include "quillon/model/tag.h"
 #include "quillon/orytool/scene_json.h"
+#include "quillon/orytool/scene_json_identity.h"
 #include "quillon/orytool/scene_names.h"
 #include "quillon/orytool/scene_summary.h"
 #include "quillon/orytool/scene_walk.h"
@@ -90,6 +91,11 @@ Json::Value JsonWriter::Value(const DataValue& value) const {
       out["font"] = Params(unnamed, AsFont(value)->description);
       break;
     }
+    case DataKind_Container: {
+      Node unnamed(NodeClass::ListRoot, NodeType_ListRoot);
+      out["container"] = Params(unnamed, AsContainer(value)->entries);
+      break;
+    }
     case DataKind_SplineKey: {
       const SplineKeyData& key = *AsSplineKey(value);
       out["spline_key"]["points"] = Tag(*key.points);
@@ -122,6 +128,7 @@ void JsonWriter::NodeFields(const Node& node, Json::Value& out) const {
       if (node.bits.test(bit)) bits.append(static_cast<int>(bit));
   }
   if (node.infoBits != 0) out["info_bits"] = node.infoBits;
+  WriteIdentityJson(node.identity, out);
   if (node.layerId != 0) out["layer"] = Link(node.layerId);
   if (!node.params.empty()) out["params"] = Params(node, node.params);
   if (node.trackRoot && node.trackRoot->firstChild) {

@@ -189,5 +189,64 @@ TEST(SceneJson, MistakesAreNamedByTheirPath) {
   }
 }
 
+// Identities written by hand, as an update document carries them, come out in the document
+// and back in the dump; a marker and readable ids keep the form they were given.
+TEST(SceneJson, MarkersAndUniqueIdsAreWrittenAndDumped) {
+  std::string error;
+  std::unique_ptr<Document> doc = Build(R"({"objects": [{"type": "ObjectType_Plane",
+      "marker": "000102030405060708090a0b0c0d0e0F",
+      "unique_ids": [{"application": 5, "text": "plane-1"}, {"application": 6, "hex": "00ff"}]}],
+      "materials": [{"type": "MaterialType_Standard", "unique_ids": [{"application": 5, "text": "red"}]}],
+      "document": {"params": [{"id": 1029194, "container": [{"id": 1000, "int32": 0}]}]}})", &error);
+  ASSERT_NE(doc, nullptr) << error;
+  const Node& plane = *doc->objects->firstChild;
+  ASSERT_TRUE(plane.identity.hasMarker);
+  EXPECT_EQ(plane.identity.marker[1], 1);
+  EXPECT_EQ(plane.identity.marker[15], 15);
+  EXPECT_EQ(FindUniqueIdOf(plane.identity, 5)->bytes, (std::vector<std::uint8_t>{'p', 'l', 'a', 'n', 'e', '-', '1'}));
+  EXPECT_EQ(FindUniqueIdOf(plane.identity, 6)->bytes, (std::vector<std::uint8_t>{0, 255}));
+  EXPECT_FALSE(doc->materials->firstChild->identity.hasMarker);
+  const ContainerData* list = AsContainer(doc->params.at(1029194).raw);
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(AsInt32(list->entries.at(1000).raw), 0);
+
+  const Json::Value dumped = DocumentToJson(*doc);
+  EXPECT_EQ(dumped["objects"][0]["marker"].asString(), "000102030405060708090a0b0c0d0e0f");
+  EXPECT_EQ(dumped["objects"][0]["unique_ids"][0]["text"].asString(), "plane-1");
+  EXPECT_EQ(dumped["objects"][0]["unique_ids"][1]["hex"].asString(), "00ff");
+  EXPECT_FALSE(dumped["materials"][0].isMember("marker"));
+  std::unique_ptr<Document> again = NewDocument();
+  ASSERT_TRUE(JsonToDocument(dumped, *again, &error)) << error;
+  EXPECT_EQ(Encode(*again), Encode(*doc));
+}
+
+TEST(SceneJson, MistakesInIdentitiesAreNamedByTheirPath) {
+  const BadScene cases[] = {
+      {R"({"objects": [{"type": 5140, "marker": "0011"}]})", "$.objects[0].marker: a marker is 32 hex digits"},
+      {R"({"objects": [{"type": 5140, "marker": "zz0102030405060708090a0b0c0d0e0f"}]})",
+       "$.objects[0].marker: a marker is 32 hex digits"},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"application": 5}]}]})",
+       "$.objects[0].unique_ids[0]: a unique id has either \"text\" or \"hex\""},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"application": 5, "text": "a", "hex": "61"}]}]})",
+       "$.objects[0].unique_ids[0]: a unique id has either \"text\" or \"hex\""},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"application": 5, "hex": "abc"}]}]})",
+       "$.objects[0].unique_ids[0].hex: not an even number of hex digits"},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"application": 5, "text": ""}]}]})",
+       "$.objects[0].unique_ids[0]: a unique id has at least one byte"},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"text": "a"}]}]})",
+       "$.objects[0].unique_ids[0].application: expected a whole number"},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"application": 5, "text": "a"},
+          {"application": 5, "text": "b"}]}]})",
+       "$.objects[0].unique_ids[1].application: application 5 gives a second unique id"},
+      {R"({"objects": [{"type": 5140, "unique_ids": [{"application": 5, "text": "a", "size": 1}]}]})",
+       "$.objects[0].unique_ids[0]: unknown key \"size\""},
+  };
+  for (const BadScene& bad : cases) {
+    std::string error;
+    EXPECT_EQ(Build(bad.json, &error), nullptr) << bad.json;
+    EXPECT_EQ(error, bad.error) << bad.json;
+  }
+}
+
 }  // namespace
 }  // namespace quillon::orytool
