@@ -40,8 +40,9 @@ Matrix4 HostLayerToWorld(Project& project, const Item& comp, const Layer& layer,
 // Layers by id and world matrices are remembered between suite calls while a LookupScope
 // stands: while a hook of the plug-in runs, in which only the plug-in changes the project and
 // only through the suites. A call that may change the project (anything but a Get, Is, Does,
-// Can, Dispose, a memory handle, a message or a progress update) forgets them before and after
-// it runs. Outside a scope every look-up reads the project afresh.
+// Can, Dispose, a memory handle, a message or a progress update) forgets the matrices before and
+// after it runs; the layers by id are indexed again once a layer was made. Outside a scope
+// every look-up reads the project afresh.
 struct LookupScope {
     LookupScope();
     ~LookupScope();

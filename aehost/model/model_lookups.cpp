@@ -8,11 +8,14 @@
 namespace aehost {
 namespace {
 
-// Look-ups made in another project are of no use.
+// Look-ups made in another project, or before a layer was added, are of no use.
 void UseProject(ModelLookups& lookups, const Project& project) {
-  if (lookups.project == &project) return;
-  ForgetLookups(lookups);
+  if (lookups.project == &project && lookups.layerSerial == project.layerSerial) return;
+  lookups.layers.clear();
+  lookups.parentIds.clear();
+  lookups.worlds.clear();
   lookups.project = &project;
+  lookups.layerSerial = project.layerSerial;
 }
 
 void IndexLayers(ModelLookups& lookups, Project& project) {
@@ -45,10 +48,7 @@ std::size_t ModelLookups::Hash::operator()(const LayerAtTime& key) const noexcep
 }
 
 void ForgetLookups(ModelLookups& lookups) {
-  lookups.project = nullptr;
-  lookups.layers.clear();
-  lookups.parentIds.clear();
-  lookups.worlds.clear();
+  if (!lookups.worlds.empty()) lookups.worlds.clear();
 }
 
 LayerAndComp LookUpLayer(ModelLookups& lookups, Project& project, int layerId) {

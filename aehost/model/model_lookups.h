@@ -1,11 +1,12 @@
 // Look-ups that a plug-in repeats thousands of times while it reads a project: layers by id
 // and layer-to-world matrices by layer and time. Both are remembered, so that reading every
 // layer of a parent chain at every frame costs each layer's own matrix once a frame instead of
-// the whole chain above it again. The remembered values stand only while nothing changes the
-// project: whoever changes it calls ForgetLookups.
+// the whole chain above it again. The matrices stand only while nothing changes the project:
+// whoever changes it calls ForgetLookups. The index of layers holds until a layer is made.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -21,6 +22,7 @@ struct LayerAndComp {
 
 struct ModelLookups {
   const Project* project = nullptr;  // the project the look-ups were made in
+  std::uint64_t layerSerial = 0;     // its layerSerial when its layers were indexed
   std::unordered_map<int, LayerAndComp> layers;  // by layer id, all made at the first look-up
   // Layers that are some layer's parent: only their matrices are asked for again at the same
   // time, so only theirs are remembered.
@@ -40,6 +42,8 @@ struct ModelLookups {
 // keeps a long export within memory.
 constexpr std::size_t kMaxRememberedMatrices = 1 << 18;
 
+// Forgets the matrices, which any change may move. The index of layers stays while the project
+// makes no layer: layers are never removed while a plug-in runs, only added.
 void ForgetLookups(ModelLookups& lookups);
 
 // The layer with this id in any composition of the project; nulls when there is none.

@@ -1,5 +1,6 @@
 #include "aehost/model/project.h"
 
+#include <atomic>
 #include <set>
 #include <stdexcept>
 
@@ -37,7 +38,13 @@ int NewItemId(Project& project) {
   return LowestFreeId(used);
 }
 
+std::uint64_t NextLayerSerial() {
+  static std::atomic<std::uint64_t> last{0};
+  return ++last;
+}
+
 int NewLayerId(Project& project) {
+  project.layerSerial = NextLayerSerial();
   if (project.nextLayerId <= kMaxId) return project.nextLayerId++;
   std::set<int> used;
   for (const auto& item : project.items) {

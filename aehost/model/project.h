@@ -2,6 +2,7 @@
 // compositions with their layers.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,12 +72,18 @@ constexpr double kMaxStretch = 100.0;
 // Item and layer ids run from 1 to this; the host never gives out a higher one.
 constexpr int kMaxId = 1 << 30;
 
+// A number never given out before in this run.
+std::uint64_t NextLayerSerial();
+
 struct Project {
   std::string path;          // empty: never saved
   // items[0] is the root folder; the rest keeps its order of creation.
   std::vector<std::unique_ptr<Item>> items;
   int nextItemId = 1;
   int nextLayerId = 1;
+  // Changes whenever a layer is made (NewLayerId) and differs between any two projects, so
+  // that an index of the layers can tell whether it still holds.
+  std::uint64_t layerSerial = NextLayerSerial();
 };
 
 Project NewProject();  // an empty project with its root folder

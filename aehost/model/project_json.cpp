@@ -14,6 +14,7 @@
 #include <sstream>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include <json/json.h>
 
@@ -1066,9 +1067,9 @@ void WriteEases(Json::Value& key, const char* name, const std::array<Ease, 3>& e
     Json::Value entry(Json::objectValue);
     if (ease.speed != Ease{}.speed) entry["speed"] = ease.speed;
     if (ease.influence != Ease{}.influence) entry["influence"] = ease.influence;
-    array.append(entry);
+    array.append(std::move(entry));
   }
-  key[name] = array;
+  key[name] = std::move(array);
 }
 
 Json::Value WriteKey(const Keyframe& key, StreamKind kind) {
@@ -1095,7 +1096,7 @@ Json::Value WriteStream(const Stream& stream) {
   if (!stream.keys.empty()) {
     Json::Value keys(Json::arrayValue);
     for (const auto& key : stream.keys) keys.append(WriteKey(key, stream.kind));
-    out["keys"] = keys;
+    out["keys"] = std::move(keys);
   }
   if (!stream.expression.empty()) out["expression"] = stream.expression;
   if (!stream.expressionEnabled) out["expressionEnabled"] = false;
@@ -1117,7 +1118,7 @@ Json::Value WriteMarkers(const std::vector<Marker>& markers) {
     entry["time"] = marker.time;
     if (marker.duration != 0.0) entry["duration"] = marker.duration;
     if (!marker.comment.empty()) entry["comment"] = marker.comment;
-    out.append(entry);
+    out.append(std::move(entry));
   }
   return out;
 }
@@ -1152,14 +1153,14 @@ void WriteViewerGroups(const Layer& layer, Json::Value& out) {
       camera["filmSizeUnits"] = TextOf(kFilmSizeUnits, layer.camera.filmSizeUnits);
     }
     WriteStreamGroup(layer, kCameraOptions, camera);
-    if (!camera.empty()) out["camera"] = camera;
+    if (!camera.empty()) out["camera"] = std::move(camera);
   } else if (layer.objectType == LayerObjectType::Light) {
     Json::Value light(Json::objectValue);
     if (layer.light.type != LightSettings{}.type) {
       light["type"] = TextOf(kLightTypes, layer.light.type);
     }
     WriteStreamGroup(layer, kLightOptions, light);
-    if (!light.empty()) out["light"] = light;
+    if (!light.empty()) out["light"] = std::move(light);
   }
 }
 
@@ -1201,26 +1202,26 @@ Json::Value WriteTextAnimators(const std::vector<TextAnimator>& animators) {
     if (animator.position != plain.position) entry["position"] = WriteStream(animator.position);
     if (animator.scale != plain.scale) entry["scale"] = WriteStream(animator.scale);
     if (animator.rotation != plain.rotation) entry["rotation"] = WriteStream(animator.rotation);
-    out.append(entry);
+    out.append(std::move(entry));
   }
   return out;
 }
 
 Json::Value WriteSourceText(const SourceText& source) {
   Json::Value out(Json::objectValue);
-  const Json::Value document = WriteTextDocument(source.document, TextDocument{});
-  if (!document.empty()) out["document"] = document;
+  Json::Value document = WriteTextDocument(source.document, TextDocument{});
+  if (!document.empty()) out["document"] = std::move(document);
   if (!source.animators.empty()) out["animators"] = WriteTextAnimators(source.animators);
   if (source.keys.empty()) return out;
   Json::Value keys(Json::arrayValue);
   for (const TextKey& key : source.keys) {
     Json::Value entry(Json::objectValue);
     entry["time"] = key.time;
-    const Json::Value changed = WriteTextDocument(key.document, source.document);
-    if (!changed.empty()) entry["document"] = changed;
-    keys.append(entry);
+    Json::Value changed = WriteTextDocument(key.document, source.document);
+    if (!changed.empty()) entry["document"] = std::move(changed);
+    keys.append(std::move(entry));
   }
-  out["keys"] = keys;
+  out["keys"] = std::move(keys);
   return out;
 }
 
@@ -1257,10 +1258,10 @@ Json::Value WritePathStream(const PathStream& path) {
     Json::Value entry(Json::objectValue);
     entry["time"] = key.time;
     entry["shape"] = WritePathShape(key.shape);
-    keys.append(entry);
+    keys.append(std::move(entry));
   }
   Json::Value out(Json::objectValue);
-  out["keys"] = keys;
+  out["keys"] = std::move(keys);
   return out;
 }
 
@@ -1279,7 +1280,7 @@ Json::Value WriteShapeElement(const ShapeElement& element) {
   if (!element.contents.empty()) {
     Json::Value contents(Json::arrayValue);
     for (const ShapeElement& child : element.contents) contents.append(WriteShapeElement(child));
-    out["contents"] = contents;
+    out["contents"] = std::move(contents);
   }
   return out;
 }
@@ -1290,7 +1291,7 @@ Json::Value WriteMasks(const std::vector<Mask>& masks) {
     Json::Value mask(Json::objectValue);
     if (masks[i].name != "Mask " + std::to_string(i + 1)) mask["name"] = masks[i].name;
     mask["shape"] = WritePathStream(masks[i].shape);
-    out.append(mask);
+    out.append(std::move(mask));
   }
   return out;
 }
@@ -1320,16 +1321,16 @@ Json::Value WriteLayer(const Layer& layer, const Item& comp) {
   if (!layer.markers.empty()) out["markers"] = WriteMarkers(layer.markers);
   Json::Value transform(Json::objectValue);
   WriteStreamGroup(layer, TransformNames(layer.objectType), transform);
-  if (!transform.empty()) out["transform"] = transform;
+  if (!transform.empty()) out["transform"] = std::move(transform);
   WriteViewerGroups(layer, out);
   if (layer.objectType == LayerObjectType::Text) {
-    const Json::Value text = WriteSourceText(layer.text);
-    if (!text.empty()) out["text"] = text;
+    Json::Value text = WriteSourceText(layer.text);
+    if (!text.empty()) out["text"] = std::move(text);
   }
   if (!layer.shapes.empty()) {
     Json::Value shapes(Json::arrayValue);
     for (const ShapeElement& element : layer.shapes) shapes.append(WriteShapeElement(element));
-    out["shapes"] = shapes;
+    out["shapes"] = std::move(shapes);
   }
   if (!layer.masks.empty()) out["masks"] = WriteMasks(layer.masks);
   if (layer.pathOptions != TextPathOptions{}) out["pathOptions"] = WritePathOptions(layer.pathOptions);
@@ -1386,7 +1387,7 @@ Json::Value WriteComp(const Item& item) {
   if (!comp.layers.empty()) {
     Json::Value layers(Json::arrayValue);
     for (const auto& layer : comp.layers) layers.append(WriteLayer(*layer, item));
-    out["layers"] = layers;
+    out["layers"] = std::move(layers);
   }
   return out;
 }
@@ -1439,9 +1440,9 @@ std::string WriteProject(const Project& project) {
         break;
     }
   }
-  if (!folders.empty()) top["folders"] = folders;
-  if (!footage.empty()) top["footage"] = footage;
-  if (!comps.empty()) top["comps"] = comps;
+  if (!folders.empty()) top["folders"] = std::move(folders);
+  if (!footage.empty()) top["footage"] = std::move(footage);
+  if (!comps.empty()) top["comps"] = std::move(comps);
   try {
     return FormatJson(top);
   } catch (const std::domain_error& error) {

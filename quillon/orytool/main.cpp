@@ -5,6 +5,8 @@
 //   orytool validate FILE.ory          exit 0, or 2 with the byte offset and the problem, or with
 //                                      the object whose caches or numbers the engine refuses
 //   orytool build SCENE.json --output FILE.ory
+//   orytool gltf FILE.ory --output FILE.gltf|FILE.glb [--frame-rate R]
+//                                      the scene as glTF 2.0, and a summary of what was left out
 // Exit codes: 0 success, 1 a file could not be written or memory ran out, 2 bad input or usage.
 #include <CLI/CLI.hpp>
 #include <json/json.h>
@@ -16,6 +18,7 @@
 #include "files/read_file.h"
 #include "quillon/format/ory_format.h"
 #include "quillon/model/evaluate.h"
+#include "quillon/orytool/gltf_command.h"
 #include "quillon/orytool/scene_dump.h"
 #include "quillon/orytool/scene_json.h"
 #include "quillon/orytool/scene_summary.h"
@@ -94,6 +97,12 @@ int Validate(const std::string& path) {
   return 0;
 }
 
+int Gltf(const quillon::orytool::GltfArguments& arguments) {
+  std::string error;
+  const int code = quillon::orytool::RunGltf(arguments, std::cout, &error);
+  return code == 0 ? 0 : Complain(error, code);
+}
+
 int Build(const std::string& scenePath, const std::string& outputPath) {
   Json::Value root;
   std::string error;
@@ -126,6 +135,14 @@ int main(int argc, char** argv) {
   CLI::App* build = app.add_subcommand("build", "Write a scene file from a JSON scene description.");
   build->add_option("SCENE", scene, "The JSON scene description.")->required();
   build->add_option("--output,-o", output, "The scene file to write.")->required();
+  quillon::orytool::GltfArguments gltfArguments;
+  CLI::App* gltf = app.add_subcommand("gltf", "Write a scene file as glTF 2.0 (.gltf or .glb) and print what was "
+                                              "converted and what was left out.");
+  gltf->add_option("SCENE", gltfArguments.scene, "The scene file.")->required();
+  gltf->add_option("--output,-o", gltfArguments.output, "The glTF file to write: .gltf (JSON) or .glb (binary).")
+      ->required();
+  gltf->add_option("--frame-rate", gltfArguments.frameRate,
+                   "Frames a second by which marker frames and the frame range are counted (default: the scene's).");
 
   try {
     app.parse(argc, argv);
@@ -135,7 +152,7 @@ int main(int argc, char** argv) {
     // A mistyped command is left over as an extra word; name it rather than only
     // saying that a command is missing.
     if (app.get_subcommands().empty() && !app.remaining().empty())
-      return Complain("unknown command \"" + app.remaining().front() + "\"; the commands are dump, validate and build",
+      return Complain("unknown command \"" + app.remaining().front() + "\"; the commands are dump, validate, build and gltf",
                       kExitBadInput);
     app.exit(e);
     return kExitBadInput;
@@ -144,8 +161,11 @@ int main(int argc, char** argv) {
   try {
     if (dump->parsed()) return Dump(file, asJson ? DumpForm::Json : summaryOnly ? DumpForm::Summary : DumpForm::Tree);
     if (validate->parsed()) return Validate(file);
+    if (gltf->parsed()) return Gltf(gltfArguments);
     return Build(scene, output);
   } catch (const std::bad_alloc&) {
+    if (gltf->parsed())
+      return Complain("out of memory while converting " + gltfArguments.scene + " to " + gltfArguments.output, kExitFailed);
     return Complain("out of memory while " + (build->parsed() ? "building " + output + " from " + scene : "reading " + file),
                     kExitFailed);
   }

@@ -246,5 +246,22 @@ TEST(ModelLookups, OnlyTheMatricesOfParentsAreRemembered) {
   for (const auto& [key, matrix] : lookups.worlds) EXPECT_EQ(key.layer, &parent);
 }
 
+// A host call that changes values forgets the matrices but keeps the index of layers, which an
+// import would otherwise rebuild at every key it adds; a layer made afterwards is found.
+TEST(ModelLookups, TheIndexOfLayersOutlivesChangesUntilALayerIsMade) {
+  SmallProject p;
+  Layer& parent = p.Solid();
+  Layer& child = p.Solid();
+  child.parentId = parent.id;
+  ModelLookups lookups;
+  LookUpLayerToWorld(lookups, p.project, *p.comp, child, 0.0);
+  ForgetLookups(lookups);
+  EXPECT_TRUE(lookups.worlds.empty());
+  EXPECT_EQ(lookups.layers.size(), 2u);
+  Layer& made = p.Solid();
+  EXPECT_EQ(LookUpLayer(lookups, p.project, made.id).layer, &made);
+  EXPECT_EQ(LookUpLayer(lookups, p.project, child.id).layer, &child);
+}
+
 }  // namespace
 }  // namespace aehost
