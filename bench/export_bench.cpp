@@ -1,107 +1,81 @@
-// Export end to end through aehost: a composition of 1,000 animated 3D solids over 1,000
-// frames, written as a project description, exported to a scene file. Reports layer-frames a
-// second (each layer is baked at every frame of its animated span) and the export's peak
-// resident memory.
-#include <benchmark/benchmark.h>
-#include <json/json.h>
-#include <sys/resource.h>
-
-#include <chrono>
+// Export end to end through aehost, as a user runs it: compositions of animated 3D solids (each
+// moves and turns over the whole composition, so each is baked at every frame) written as
+// project descriptions and exported to scene files. For three sizes it prints the CPU time of
+// the aehost process, the layer-frames exported per CPU second and the cost of one, and the
+// process's peak resident memory against three times the scene file plus 100 MB; then the
+// machine reference of the same run. Each size runs `--runs N` times (default 3): min and median.
+#include <cstdio>
 #include <filesystem>
 #include <string>
+#include <vector>
 
+#include "bench/machine_reference.h"
+#include "tests/support/project_builder.h"
 #include "tests/support/run_command.h"
 
 namespace {
 
-constexpr int kLayers = 1000;
-constexpr int kFrames = 1000;
-constexpr double kFrameRate = 25.0;
+struct Size {
+  int layers;
+  int frames;
+};
 
-Json::Value Keys(const Json::Value& from, const Json::Value& to) {
-  Json::Value keys(Json::arrayValue);
-  Json::Value first, last;
-  first["time"] = 0.0;
-  first["value"] = from;
-  last["time"] = (kFrames - 1) / kFrameRate;
-  last["value"] = to;
-  keys.append(first);
-  keys.append(last);
-  Json::Value stream;
-  stream["keys"] = keys;
-  return stream;
-}
+// Layers and frames each vary fourfold, so that a cost that grows faster than their product
+// shows as a per-layer-frame cost that grows.
+constexpr Size kSizes[] = {{250, 1000}, {1000, 250}, {1000, 1000}};
 
-Json::Value Triple(double x, double y, double z) {
-  Json::Value v(Json::arrayValue);
-  v.append(x);
-  v.append(y);
-  v.append(z);
-  return v;
-}
+struct Runs {
+  std::vector<double> cpuSeconds;
+  std::vector<double> peakMB;
+  double fileMB = 0.0;
+};
 
-// Every layer moves and turns over the whole composition, so that each is baked at every frame.
-std::string ProjectText() {
-  Json::Value project;
-  project["format"] = "aehost-project";
-  project["version"] = 1;
-  project["path"] = "/bench/many.aep";
-  Json::Value solid;
-  solid["id"] = 2;
-  solid["name"] = "Solid";
-  solid["width"] = 100;
-  solid["height"] = 100;
-  solid["solid"]["color"] = Triple(0.2, 0.4, 0.6);
-  project["footage"].append(solid);
-  Json::Value comp;
-  comp["id"] = 1;
-  comp["name"] = "Many";
-  comp["width"] = 1920;
-  comp["height"] = 1080;
-  comp["frameRate"] = kFrameRate;
-  comp["duration"] = kFrames / kFrameRate;
-  for (int i = 0; i < kLayers; ++i) {
-    Json::Value layer;
-    layer["id"] = 100 + i;
-    layer["name"] = "Layer " + std::to_string(i);
-    layer["source"] = 2;
-    layer["threeD"] = true;
-    layer["transform"]["anchorPoint"]["value"] = Triple(50, 50, 0);
-    layer["transform"]["position"] = Keys(Triple(i, 100, -i), Triple(1900 - i, 1000, i));
-    layer["transform"]["rotationY"] = Keys(0.0, 360.0 + i);
-    comp["layers"].append(layer);
-  }
-  project["comps"].append(comp);
-  return Json::StyledWriter().write(project);
-}
-
-void BM_ExportThousandAnimatedLayers(benchmark::State& state) {
-  const std::string dir = qae_test::MakeTempDir("export_bench");
-  const std::string projectPath = dir + "/many.json";
-  qae_test::WriteFile(projectPath, ProjectText());
-  const std::string out = dir + "/many.ory";
-  double seconds = 0.0;
-  for (auto _ : state) {
-    const auto start = std::chrono::steady_clock::now();
-    const auto run =
-        qae_test::RunCommand(qae_test::AehostPath(), {"export", projectPath, "--comp", "Many", "--output", out});
-    seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+bool ExportRuns(const std::string& dir, const Size& size, int count, Runs* runs) {
+  const std::string project = dir + "/many.json";
+  const std::string scene = dir + "/many.ory";
+  qae_test::WriteFile(project, Json::writeString(Json::StreamWriterBuilder(),
+                                                 qae_test::ManyAnimatedLayersProject(size.layers, size.frames)));
+  for (int i = 0; i < count; ++i) {
+    const auto run = qae_test::RunCommand(qae_test::AehostPath(),
+                                          {"export", project, "--comp", "Many", "--output", scene, "--quiet"});
     if (run.exitCode != 0) {
-      state.SkipWithError(("aehost export failed: " + run.err).c_str());
-      break;
+      std::fprintf(stderr, "export_bench: aehost export failed (exit %d): %s\n", run.exitCode, run.err.c_str());
+      return false;
     }
+    runs->cpuSeconds.push_back(run.cpuSeconds);
+    runs->peakMB.push_back(static_cast<double>(run.peakResidentKiB) * 1024.0 / 1e6);
   }
-  rusage usage{};
-  getrusage(RUSAGE_CHILDREN, &usage);
-  const double layerFrames = static_cast<double>(kLayers) * kFrames * static_cast<double>(state.iterations());
-  state.counters["layer_frames_per_s"] = seconds > 0.0 ? layerFrames / seconds : 0.0;
-  state.counters["peak_rss_MiB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
-  if (qae_test::FileExists(out)) state.counters["file_MiB"] = std::filesystem::file_size(out) / 1048576.0;
-  std::filesystem::remove_all(dir);
+  runs->fileMB = static_cast<double>(std::filesystem::file_size(scene)) / 1e6;
+  return true;
 }
 
-BENCHMARK(BM_ExportThousandAnimatedLayers)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
+void PrintRuns(const Size& size, const Runs& runs) {
+  const double layerFrames = static_cast<double>(size.layers) * size.frames;
+  const auto cpu = qae_bench::MinAndMedianOf(runs.cpuSeconds);
+  const auto peak = qae_bench::MinAndMedianOf(runs.peakMB);
+  std::printf("%4d layers x %4d frames: CPU %.2f s min, %.2f s median; %.0f layer-frames per CPU second "
+              "(median); %.3f us per layer-frame (median)\n",
+              size.layers, size.frames, cpu.min, cpu.median, layerFrames / cpu.median,
+              cpu.median / layerFrames * 1e6);
+  std::printf("%4s peak memory %.0f MB min, %.0f MB median; scene file %.0f MB; bound 3 x file + 100 MB = %.0f MB\n",
+              "", peak.min, peak.median, runs.fileMB, 3.0 * runs.fileMB + 100.0);
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  const int runCount = qae_bench::RunCountFromArguments(argc, argv, "export_bench");
+  if (runCount == 0) return 2;
+  const std::string dir = qae_test::MakeTempDir("export_bench");
+  bool done = true;
+  for (const Size& size : kSizes) {
+    Runs runs;
+    done = ExportRuns(dir, size, runCount, &runs);
+    if (!done) break;
+    PrintRuns(size, runs);
+    std::fflush(stdout);
+  }
+  if (done) qae_bench::PrintMachineReference(qae_bench::MeasureMachine(dir));
+  std::filesystem::remove_all(dir);
+  return done ? 0 : 1;
+}

@@ -17,6 +17,7 @@
 #include "quillon/format/ory_format.h"
 #include "quillon/model/object.h"
 #include "tests/support/json_text.h"
+#include "tests/support/project_builder.h"
 #include "tests/support/run_command.h"
 
 namespace {
@@ -41,40 +42,15 @@ class BadLimits : public testing::Test {
   std::string dir_;
 };
 
+using qae_test::Triple;
+
 Json::Value Project() {
-  Json::Value top;
-  top["format"] = "aehost-project";
-  top["version"] = 1;
-  top["path"] = "/projects/limits.aep";
-  Json::Value solid;
-  solid["id"] = 1;
-  solid["name"] = "Solid";
-  solid["width"] = 10;
-  solid["height"] = 10;
-  for (int i = 0; i < 3; ++i) solid["solid"]["color"].append(1);
-  top["footage"].append(solid);
+  Json::Value top = qae_test::ProjectTop("/projects/limits.aep");
+  top["footage"].append(qae_test::SolidFootage(1, "Solid", 10, 10, Triple(1, 1, 1)));
   return top;
 }
 
-Json::Value Comp(int id, const std::string& name) {
-  Json::Value comp;
-  comp["id"] = id;
-  comp["name"] = name;
-  comp["width"] = 64;
-  comp["height"] = 48;
-  comp["frameRate"] = 25;
-  comp["duration"] = 1;
-  comp["layers"] = Json::Value(Json::arrayValue);
-  return comp;
-}
-
-Json::Value Triple(double x, double y, double z) {
-  Json::Value v(Json::arrayValue);
-  v.append(x);
-  v.append(y);
-  v.append(z);
-  return v;
-}
+Json::Value Comp(int id, const std::string& name) { return qae_test::Composition(id, name, 64, 48, 25, 1); }
 
 // "Chain": layer L<i> hangs under L<i-1>; 2D layers with the default transform, small in
 // memory at any length.

@@ -9,6 +9,8 @@ struct CommandResult {
   int exitCode = -1;   // the process's exit status; 128+N when killed by signal N
   std::string out;     // standard output
   std::string err;     // standard error
+  double cpuSeconds = 0.0;     // user and system CPU time of the process
+  long peakResidentKiB = 0;    // its largest resident set
 };
 
 // Runs `program` (a path) with `args`, standard input from /dev/null, extra environment
