@@ -4,6 +4,7 @@
 
 #include "files/replace_file.h"
 #include "quillon/api/tables.h"
+#include "quillon/model/memory_file.h"
 #include "quillon/model/value.h"
 #include "quillon/render/bitmap.h"
 #include "quillon/render/png_file.h"
@@ -29,6 +30,11 @@ int32_t SaveBitmap(const Bitmap* bitmap, const Filename* file, int32_t kind, con
   std::string bytes;
   std::string error;
   if (!render::EncodePng(*bitmap, alpha, bits, &bytes, &error)) return 0;
+  // A memory file (SetMemoryWrite) takes the bytes; any other path is replaced whole.
+  if (const std::shared_ptr<MemoryBuffer> memory = MemoryOf(*file)) {
+    memory->bytes.assign(bytes.begin(), bytes.end());
+    return 1;
+  }
   return qae::files::ReplaceFileContent(PathOf(*file), bytes, &error) ? 1 : 0;
 }
 

@@ -37,8 +37,12 @@ void GdSetString(DataValue* value, const EngineString* string) {
   if (value) SetText(*value, string ? TextOf(*string) : std::u16string());
 }
 
+// A memory file stays one in the value, sharing its bytes, so that a material
+// can show a picture that a caller sent.
 void GdSetFilename(DataValue* value, const Filename* file) {
-  if (value) SetPath(*value, file ? PathOf(*file) : std::string());
+  if (!value) return;
+  SetPath(*value, std::string());
+  if (file) CopyPath(*const_cast<Filename*>(AsFilename(*value)), *file);
 }
 
 void GdSetTime(DataValue* value, const BaseTime* time) {

@@ -26,7 +26,11 @@ void* ClonePayload(const DataValue& source) {
       RetainText(*copy);
       return copy;
     }
-    case DataKind_Filename: return new Filename{new FilenameData{PathOf(*AsFilename(source)), nullptr}};
+    case DataKind_Filename: {  // a memory file's copy shares its bytes
+      auto* copy = new Filename{nullptr};
+      CopyPath(*copy, *AsFilename(source));
+      return copy;
+    }
     case DataKind_Link: return new LinkData(*AsLink(source));
     case DataKind_Priority: return new PriorityData(*AsPriority(source));
     case DataKind_Font: return new FontData(*AsFont(source));

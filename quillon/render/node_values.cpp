@@ -43,10 +43,9 @@ Vector VectorOf(const Node& node, int32_t id, const Vector& fallback) {
   return vector ? *vector : fallback;
 }
 
-std::string PathParamOf(const Node& node, int32_t id) {
+const Filename* FilenameOf(const Node& node, int32_t id) {
   const DataValue* value = Find(node, id);
-  const Filename* file = value ? AsFilename(*value) : nullptr;
-  return file ? PathOf(*file) : std::string();
+  return value ? AsFilename(*value) : nullptr;
 }
 
 Node* LinkedNodeOf(const Node& node, int32_t id, const Document* document) {

@@ -15,8 +15,8 @@ double FloatIn(const ParamSet& values, int32_t id, double fallback);
 int32_t Int32Of(const Node& node, int32_t id, int32_t fallback);
 bool BoolOf(const Node& node, int32_t id, bool fallback);
 Vector VectorOf(const Node& node, int32_t id, const Vector& fallback);
-// The path of a Filename parameter; empty without one.
-std::string PathParamOf(const Node& node, int32_t id);
+// The Filename parameter; null without one.
+const Filename* FilenameOf(const Node& node, int32_t id);
 // The node a link parameter leads to, when it lives in document.
 Node* LinkedNodeOf(const Node& node, int32_t id, const Document* document);
 

@@ -106,11 +106,13 @@ bool EncodePng(const Bitmap& colour, const Bitmap* alpha, int32_t bitsPerChannel
   return written;
 }
 
-bool DecodePngFile(const std::string& path, Bitmap* picture, std::string* error) {
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
+namespace {
+
+// Reads the picture that began to be read into image (begun false when that
+// failed) as 8-bit RGBA into picture and its alpha bitmap.
+bool FinishDecode(png_image& image, bool begun, const std::string& name, Bitmap* picture, std::string* error) {
   std::vector<png_byte> pixels;
-  bool read = png_image_begin_read_from_file(&image, path.c_str()) != 0;
+  bool read = begun;
   if (read) {
     image.format = PNG_FORMAT_RGBA;
     picture->alpha = std::make_unique<Bitmap>();
@@ -128,7 +130,7 @@ bool DecodePngFile(const std::string& path, Bitmap* picture, std::string* error)
     }
   }
   if (!read) {
-    if (error) *error = path + ": " + image.message;
+    if (error) *error = name + ": " + image.message;
     png_image_free(&image);
     return false;
   }
@@ -141,6 +143,26 @@ bool DecodePngFile(const std::string& path, Bitmap* picture, std::string* error)
     }
   }
   return true;
+}
+
+png_image NewImage() {
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  return image;
+}
+
+}  // namespace
+
+bool DecodePngFile(const std::string& path, Bitmap* picture, std::string* error) {
+  png_image image = NewImage();
+  const bool begun = png_image_begin_read_from_file(&image, path.c_str()) != 0;
+  return FinishDecode(image, begun, path, picture, error);
+}
+
+bool DecodePngBytes(const std::vector<uint8_t>& bytes, const std::string& name, Bitmap* picture, std::string* error) {
+  png_image image = NewImage();
+  const bool begun = png_image_begin_read_from_memory(&image, bytes.data(), bytes.size()) != 0;
+  return FinishDecode(image, begun, name, picture, error);
 }
 
 }  // namespace quillon::render

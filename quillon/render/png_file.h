@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "quillon/render/bitmap.h"
 
@@ -19,5 +20,7 @@ bool EncodePng(const Bitmap& colour, const Bitmap* alpha, int32_t bitsPerChannel
 // bitmap beside it. False with "<path>: <reason>" for a missing, unreadable or
 // damaged file.
 bool DecodePngFile(const std::string& path, Bitmap* picture, std::string* error);
+// The same for the bytes of a PNG that a caller handed over under name.
+bool DecodePngBytes(const std::vector<uint8_t>& bytes, const std::string& name, Bitmap* picture, std::string* error);
 
 }  // namespace quillon::render

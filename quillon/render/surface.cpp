@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/model/memory_file.h"
 #include "quillon/model/tag.h"
 #include "quillon/render/node_values.h"
 #include "quillon/render/texture_cache.h"
@@ -30,13 +31,15 @@ const Node* NearestMaterial(const Object& object, const Document& document) {
   return nullptr;
 }
 
-std::string PicturePath(const Node& material, const Document& document, const std::string& assetFolder) {
+// The file of the bitmap shader in the material's colour channel; null without one.
+const Filename* PictureFile(const Node& material, const Document& document) {
   const Node* shader = LinkedNodeOf(material, MaterialChannel_Color, &document);
-  if (!shader || shader->type != ShaderType_Bitmap) return {};
-  std::string path = PathParamOf(*shader, BitmapShaderParam_File);
-  if (!path.empty() && !assetFolder.empty() && std::filesystem::path(path).is_relative())
-    path = (std::filesystem::path(assetFolder) / path).string();
-  return path;
+  return shader && shader->type == ShaderType_Bitmap ? FilenameOf(*shader, BitmapShaderParam_File) : nullptr;
+}
+
+std::string ResolvedPath(const std::string& path, const std::string& assetFolder) {
+  if (path.empty() || assetFolder.empty() || !std::filesystem::path(path).is_relative()) return path;
+  return (std::filesystem::path(assetFolder) / path).string();
 }
 
 void NoteMissing(std::vector<std::string>& missing, const std::string& line) {
@@ -51,10 +54,14 @@ Surface SurfaceOf(const Object& object, const Document& document, const std::str
   const Node* material = NearestMaterial(object, document);
   if (!material) return surface;
   surface.colour = VectorOf(*material, MaterialParam_Color, kDefaultColour);
-  const std::string path = PicturePath(*material, document, assetFolder);
+  const Filename* file = PictureFile(*material, document);
+  if (!file) return surface;
+  // A file a caller sent lives in memory under its name; any other is read from the disk.
+  const std::shared_ptr<MemoryBuffer> memory = MemoryOf(*file);
+  const std::string path = memory ? PathOf(*file) : ResolvedPath(PathOf(*file), assetFolder);
   if (path.empty()) return surface;
   std::string error;
-  surface.picture = TextureAt(path, &error);
+  surface.picture = TextureAt(path, memory ? &memory->bytes : nullptr, &error);
   if (!surface.picture) NoteMissing(missing, error);
   return surface;
 }

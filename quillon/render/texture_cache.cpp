@@ -19,13 +19,16 @@ bool NamesPath(const std::string& path, const std::string& name) {
 
 }  // namespace
 
-std::shared_ptr<const Bitmap> TextureAt(const std::string& path, std::string* error) {
+std::shared_ptr<const Bitmap> TextureAt(const std::string& path, const std::vector<uint8_t>* memory,
+                                        std::string* error) {
   {
     const std::lock_guard lock(g_texturesLock);
     if (const auto found = g_textures.find(path); found != g_textures.end()) return found->second;
   }
   auto picture = std::make_shared<Bitmap>();
-  if (!DecodePngFile(path, picture.get(), error)) return nullptr;
+  const bool read = memory ? DecodePngBytes(*memory, path, picture.get(), error)
+                           : DecodePngFile(path, picture.get(), error);
+  if (!read) return nullptr;
   const std::lock_guard lock(g_texturesLock);
   return g_textures.emplace(path, std::move(picture)).first->second;
 }

@@ -134,24 +134,21 @@ TEST(RenderTest, AClosedSplineUnderAnExtrudeIsFilledWithItsHoleLeftOut) {
   });
 }
 
-TEST(RenderTest, APlaneShowsItsMaterialsPictureAcrossIt) {
-  const std::string folder = std::filesystem::temp_directory_path() / ("render_test_" + std::to_string(getpid()));
-  std::filesystem::create_directories(folder);
-  // Two by two texels: red, green on top; blue, white below.
-  Bitmap* picture = Bm()->AllocBitmapSized(2, 2, 5);
+// Two by two texels: red, green on top; blue, white below.
+Bitmap* Quarters() {
+  Bitmap* picture = Bm()->AllocBitmapSized(2, 2, kBitmapDepth8);
   const uint8_t texels[12] = {255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255};
-  Bm()->WriteBitmapLine(picture, 0, 0, 2, texels, 3, 4, 0);
-  Bm()->WriteBitmapLine(picture, 0, 1, 2, texels + 6, 3, 4, 0);
-  Filename file{nullptr};
-  Fn()->FilenameInit(&file);
-  Fn()->SetFromCString(&file, (folder + "/quarters.png").c_str());
-  ASSERT_EQ(Bm()->SaveBitmap(picture, &file, kBitmapSavePng, nullptr, 0), 1);
-  Fn()->FilenameFree(&file);
-  Bm()->FreeBitmap(picture);
+  Bm()->WriteBitmapLine(picture, 0, 0, 2, texels, 3, kLineFormatRgb8, 0);
+  Bm()->WriteBitmapLine(picture, 0, 1, 2, texels + 6, 3, kLineFormatRgb8, 0);
+  return picture;
+}
 
+// A 200 x 100 plane at 1000 whose material shows file, rendered; the picture spans the
+// plane's block, each texel a quarter of it.
+void ExpectQuartersShown(const Filename& file) {
   SceneUnderCamera scene(kFieldOfView);
   Material* material = scene.Paint(scene.AddPlane(200, 100, {0, 0, 1000}), {0.5, 0.5, 0.5});
-  scene.ShowPicture(material, folder + "/quarters.png");
+  scene.ShowPicture(material, file);
   Frame frame(1);
   ASSERT_EQ(Render(scene, frame.bitmap), kRenderResultOk);
   ExpectPicture(frame.bitmap, 1, [](int32_t x, int32_t y) {
@@ -161,13 +158,52 @@ TEST(RenderTest, APlaneShowsItsMaterialsPictureAcrossIt) {
                      {200, 100, 300, 150, {1, 1, 1, 1}}},
                     x, y);
   });
+}
+
+TEST(RenderTest, APlaneShowsItsMaterialsPictureAcrossIt) {
+  const std::string folder = std::filesystem::temp_directory_path() / ("render_test_" + std::to_string(getpid()));
+  std::filesystem::create_directories(folder);
+  Bitmap* picture = Quarters();
+  Filename file{nullptr};
+  Fn()->FilenameInit(&file);
+  Fn()->SetFromCString(&file, (folder + "/quarters.png").c_str());
+  ASSERT_EQ(Bm()->SaveBitmap(picture, &file, kBitmapSavePng, nullptr, 0), 1);
+  Bm()->FreeBitmap(picture);
+  ExpectQuartersShown(file);
+  Fn()->FilenameFree(&file);
   std::filesystem::remove_all(folder);
+}
+
+// As the session sends a picture: saved into a memory file, handed over as bytes.
+TEST(RenderTest, APictureSentAsBytesIsShown) {
+  Bitmap* picture = Quarters();
+  MemoryFile* memory = Fn()->AllocMemoryFile();
+  Filename target{nullptr};
+  Fn()->FilenameInit(&target);
+  Fn()->SetMemoryWrite(&target, memory);
+  ASSERT_EQ(Bm()->SaveBitmap(picture, &target, kBitmapSavePng, nullptr, 0), 1);
+  Bm()->FreeBitmap(picture);
+  const void* bytes = nullptr;
+  int64_t size = 0;
+  Fn()->GetMemoryFileData(memory, &bytes, &size);
+  Filename sent{nullptr};
+  Fn()->FilenameInit(&sent);
+  Fn()->SetFromCString(&sent, "sent-quarters.png");
+  Fn()->SetMemoryRead(&sent, bytes, size, false);
+  ExpectQuartersShown(sent);
+  Fn()->FilenameFree(&sent);
+  Fn()->FilenameFree(&target);
+  Fn()->FreeMemoryFile(memory);
 }
 
 TEST(RenderTest, AMissingPictureIsReportedAndTheColourDrawn) {
   SceneUnderCamera scene(kFieldOfView);
   Material* material = scene.Paint(scene.AddPlane(200, 100, {0, 0, 1000}), {1, 0, 0});
-  scene.ShowPicture(material, "/nonexistent/sky.png");
+  Filename file{nullptr};
+  Fn()->FilenameInit(&file);
+  Fn()->SetFromCString(&file, "/nonexistent/sky.png");
+  scene.ShowPicture(material, file);
+  Fn()->FilenameFree(&file);
   Frame frame(1);
   ASSERT_EQ(Render(scene, frame.bitmap), kRenderResultAssetMissing);
   ExpectPicture(frame.bitmap, 1, [](int32_t x, int32_t y) { return Expected({{100, 50, 300, 150, kRed}}, x, y); });

@@ -69,17 +69,13 @@ struct SceneUnderCamera {
     return material;
   }
 
-  // The material's colour channel shows the picture file at path.
-  void ShowPicture(Material* material, const std::string& path) {
+  // The material's colour channel shows the picture file.
+  void ShowPicture(Material* material, const Filename& file) {
     BaseShader* shader = Ba()->AllocShader(ShaderType_Bitmap);
     At()->InsertShader(material, shader, nullptr);
-    Filename file{nullptr};
-    Fn()->FilenameInit(&file);
-    Fn()->SetFromCString(&file, path.c_str());
     Data value;
     Gd()->SetFilename(&value.value, &file);
     Bc()->SetDataAt(Params(shader), BitmapShaderParam_File, &value.value);
-    Fn()->FilenameFree(&file);
     Bc()->SetLink(Params(material), MaterialChannel_Color, shader);
   }
 
