@@ -17,7 +17,8 @@ struct MemoryBuffer {
 
 // The bytes behind a memory file, or null for a path on the disk.
 std::shared_ptr<MemoryBuffer> MemoryOf(const Filename& file);
-// Makes file a memory file on buffer, keeping its name when it was one.
+// Makes file a memory file on buffer: "mfs:/" and the leaf of its path ("memory" without
+// one), or its text as it was when it was a memory file already.
 void MakeMemoryFile(Filename& file, std::shared_ptr<MemoryBuffer> buffer);
 
 }  // namespace quillon

@@ -339,6 +339,20 @@ TEST_F(SessionOperationsTest, MemoryFilesCarryADocumentUnderAName) {
   Bl()->FreeNode(update);
 }
 
+TEST_F(SessionOperationsTest, AMemoryFileIsNamedByTheLeafOfItsPath) {
+  for (const auto& [path, text] : {std::pair{"/tmp/sent.png", "mfs:/sent.png"}, std::pair{"", "mfs:/memory"},
+                                   std::pair{"mfs:/__updt", "mfs:/__updt"}}) {
+    Filename file{nullptr};
+    Fn()->FilenameInit(&file);
+    Fn()->SetFromCString(&file, path);
+    Fn()->SetMemoryRead(&file, "x", 1, false);
+    Text said;
+    Fn()->GetString(&said.value, &file);
+    EXPECT_EQ(said.Utf8(), text);
+    Fn()->FilenameFree(&file);
+  }
+}
+
 TEST_F(SessionOperationsTest, DamagedMemoryFileIsRefusedByItsName) {
   std::vector<uint8_t> bytes = WriteToMemory(document, 0);
   bytes.resize(bytes.size() - 1);
