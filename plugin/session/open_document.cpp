@@ -4,19 +4,14 @@
 #include "plugin/engine/owned_filename.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
+#include "plugin/session/document_params.h"
 
 namespace quillon {
 
 namespace {
 
-// How the session loads a scene, and what it notes in the loaded document: where it came
-// from, and two markers of the engine's own.
+// How the session loads a scene.
 constexpr int32_t kSessionLoadFlags = 67;
-constexpr int32_t kDocumentFolderParam = 1012;
-constexpr int32_t kDocumentLeafParam = 1013;
-constexpr int32_t kDocumentSessionParam = 1019;
-constexpr int32_t kDocumentLoaderParam = 1020;
-constexpr int32_t kDocumentLoaderValue = 200000088;
 
 void SetFilenameParam(BaseDocument* document, int32_t id, const Filename& value) {
   DataValue path{DataKind_Empty, 0, {0}};

@@ -13,6 +13,7 @@
 #include "plugin/session/render_prepare.h"
 #include "plugin/session/render_state.h"
 #include "plugin/session/session_commands.h"
+#include "plugin/session/texture_files.h"
 
 // A caller's session object is a command object of its own.
 struct QuillonRenderSession {
@@ -84,6 +85,29 @@ bool QuillonSessionCloseDocument(QuillonRenderSession* session) { return session
 
 bool QuillonSessionReleaseRender(QuillonRenderSession* session, bool free) {
   return session && session->commands.ReleaseRender(free);
+}
+
+bool QuillonSessionSendFile(QuillonRenderSession* session, const char* name, void** data, int64_t size,
+                            bool toMemory) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !name) return false;
+  const OwnedFilename file(name);
+  return quillon::SendFile(*render, file.value, data, size, toMemory);
+}
+
+bool QuillonSessionSendPicture(QuillonRenderSession* session, const char* name, const void* pixels, int32_t format,
+                               int32_t width, int32_t height, int32_t stride) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !name) return false;
+  const OwnedFilename file(name);
+  return quillon::SendPicture(*render, file.value, pixels, format, width, height, stride);
+}
+
+bool QuillonSessionRemoveFile(QuillonRenderSession* session, const char* name) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !name) return false;
+  const OwnedFilename file(name);
+  return quillon::RemoveFile(*render, file.value);
 }
 
 int32_t QuillonSessionStopRender(uint32_t id) { return StopRender(id); }

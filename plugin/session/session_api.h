@@ -58,6 +58,17 @@ AEGP_EXPORT bool QuillonSessionStopCurrentRender(QuillonRenderSession* session);
 AEGP_EXPORT bool QuillonSessionCloseDocument(QuillonRenderSession* session);
 AEGP_EXPORT bool QuillonSessionReleaseRender(QuillonRenderSession* session, bool free);
 
+/* Files the render's materials may use, by name (UTF-8). With `toMemory` the render takes
+   over `*data`, which must come from malloc, and `*data` becomes null; without it the bytes
+   are written to the file `name`, or to the engine's "tex" folder for a name without a
+   folder. A picture's `format` word: bit 0 alpha first in each pixel, bits 0x30 the channel
+   size (0x10 16 bits, 0x20 32 bits), the low bits the channels. */
+AEGP_EXPORT bool QuillonSessionSendFile(QuillonRenderSession* session, const char* name, void** data, int64_t size,
+                                        bool toMemory);
+AEGP_EXPORT bool QuillonSessionSendPicture(QuillonRenderSession* session, const char* name, const void* pixels,
+                                           int32_t format, int32_t width, int32_t height, int32_t stride);
+AEGP_EXPORT bool QuillonSessionRemoveFile(QuillonRenderSession* session, const char* name);
+
 /* The three commands; see plugin/session/session_commands.h for their results. */
 AEGP_EXPORT int32_t QuillonSessionStopRender(uint32_t id);
 AEGP_EXPORT int32_t QuillonSessionCloseRender(uint32_t id);
