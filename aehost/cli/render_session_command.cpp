@@ -26,7 +26,9 @@ namespace aehost {
 namespace {
 
 constexpr std::size_t kMaxScriptBytes = std::size_t{1} << 20;
-constexpr int32_t kMaxFrameSide = 30000;
+constexpr int32_t kMaxFrameSide = 16384;
+// A frame and the driver's copy of it stay well within the memory of a test machine.
+constexpr int64_t kMaxFramePixels = int64_t{1} << 24;
 constexpr int64_t kDefaultWaitSeconds = 300;
 constexpr int64_t kMaxWaitSeconds = 86400;
 constexpr int64_t kMaxSleepMs = 600000;
@@ -153,6 +155,9 @@ void ParsePrepare(const std::vector<std::string>& words, ScriptLine& parsed) {
     ExpectCount(words, 4, 6, usage, parsed.number);
     parsed.width = static_cast<int32_t>(WholeArgument(words, 1, 1, kMaxFrameSide, "WIDTH", parsed.number));
     parsed.height = static_cast<int32_t>(WholeArgument(words, 2, 1, kMaxFrameSide, "HEIGHT", parsed.number));
+    Expect(int64_t{parsed.width} * parsed.height <= kMaxFramePixels, parsed.number,
+           "a frame may have at most " + std::to_string(kMaxFramePixels) + " pixels (4096 x 4096), not " +
+               words[1] + " x " + words[2]);
     int64_t depth = 0;
     Expect(ParseWhole(words[3], 1, 4, &depth) && depth != 3, parsed.number,
            "DEPTH is the bytes of a channel: 1, 2 or 4, not \"" + words[3] + "\"");

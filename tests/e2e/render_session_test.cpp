@@ -238,6 +238,8 @@ INSTANTIATE_TEST_SUITE_P(
                    "3: DEPTH is the bytes of a channel: 1, 2 or 4, not \"3\"", 0},
         ScriptCase{"NoSize", "prepare 400\n", 2,
                    "1: usage: prepare WIDTH HEIGHT DEPTH [option6014] [low-priority]", 0},
+        ScriptCase{"FrameTooLarge", "select 1\nprepare 16384 1025 1\n", 2,
+                   "2: a frame may have at most 16777216 pixels (4096 x 4096), not 16384 x 1025", 0},
         ScriptCase{"IdTooLarge", "select 4294967296\n", 2,
                    "1: ID must be a whole number from 0 to 4294967295, not \"4294967296\"", 0},
         ScriptCase{"MissingScene", "select 1\nopen /nonexistent/plane.ory\n", 2,
