@@ -22,11 +22,11 @@ BaseTime TimeParam(const Document& document, std::int32_t id) {
   return time ? *time : BaseTime();
 }
 
+}  // namespace
+
 std::string Count(long long count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
-
-}  // namespace
 
 SceneSummary Summarize(const Document& document) {
   SceneSummary summary;

@@ -25,4 +25,7 @@ SceneSummary Summarize(const Document& document);
 // frames 0..49 at 25 fps".
 std::string SummaryLine(const SceneSummary& summary);
 
+// "1 camera", "0 lights": a count with its noun in the number it takes.
+std::string Count(long long count, const char* one, const char* many);
+
 }  // namespace quillon::orytool

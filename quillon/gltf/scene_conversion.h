@@ -1,0 +1,21 @@
+// A scene document as a glTF model: the object tree as nodes with their names and parents,
+// cameras, lights, the surfaces of planes and extruded splines with their materials, the
+// baked motion and the markers.
+#pragma once
+
+#include <string>
+
+#include "quillon/gltf/conversion.h"
+
+namespace quillon::gltf {
+
+struct ConvertedScene {
+  tinygltf::Model model;
+  ConversionSummary summary;
+};
+
+// Converts the document, which is posed at the key times on the way. False with the reason
+// when there is nothing to convert: a document without objects.
+bool ConvertScene(Document& document, const ConversionOptions& options, ConvertedScene& result, std::string* problem);
+
+}  // namespace quillon::gltf
