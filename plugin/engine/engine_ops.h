@@ -147,6 +147,8 @@ constexpr int32_t NodeKind_Shader = 5707;
 constexpr int32_t NodeKind_Document = 110059;
 constexpr int32_t NodeKind_RenderSettings = 110304;
 constexpr int32_t kMessageMergePlaceholder = 0x40000004;
+// A document's parameter that is its current time (GetDocumentTime), a BaseTime.
+constexpr int32_t DocParam_Time = 1000;
 constexpr int32_t kSceneFileVersionCurrent = 25117;
 
 // A picture of the engine: colour channels, with an optional alpha bitmap.

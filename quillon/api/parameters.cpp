@@ -2,6 +2,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/document.h"
 #include "quillon/model/object.h"
 
 namespace quillon {
@@ -22,10 +23,21 @@ bool IsKeyData(const Node& node, const std::vector<ParamLevel>& path) {
   return node.nodeClass == NodeClass::Key && path.size() == 1 && path[0].id == SplineKeyParam_Payload;
 }
 
+// A document's parameter DocParam_Time is its current time, the one it is evaluated and
+// rendered at, so that a client that sets the parameter moves the picture.
+BaseTime* DocumentTimeOf(const Node& node, const std::vector<ParamLevel>& path) {
+  if (node.nodeClass != NodeClass::Document || path.size() != 1 || path[0].id != DocParam_Time) return nullptr;
+  return &const_cast<Document&>(static_cast<const Document&>(node)).currentTime;
+}
+
 }  // namespace
 
 bool ReadParameter(const Node& node, const std::vector<ParamLevel>& path, DataValue& out) {
   if (path.empty() || path.size() > 2) return false;
+  if (const BaseTime* time = DocumentTimeOf(node, path)) {
+    SetTime(out, *time);
+    return true;
+  }
   if (IsKeyData(node, path)) {
     const Value& data = static_cast<const Key&>(node).data;
     if (data.kind() == DataKind_Empty) return false;
@@ -53,6 +65,11 @@ bool ReadParameter(const Node& node, const std::vector<ParamLevel>& path, DataVa
 
 bool WriteParameter(Node& node, const std::vector<ParamLevel>& path, const DataValue& value) {
   if (path.empty() || path.size() > 2) return false;
+  if (BaseTime* time = DocumentTimeOf(node, path)) {
+    if (!AsTime(value)) return false;
+    *time = *AsTime(value);
+    return true;
+  }
   if (IsKeyData(node, path)) {
     CopyData(static_cast<Key&>(node).data.raw, value);
     return true;

@@ -250,6 +250,22 @@ TEST_F(SessionOperationsTest, SceneStatesHaveATreeAndACurrentOne) {
   Bl()->FreeNode(loose);
 }
 
+TEST_F(SessionOperationsTest, TheDocumentTimeIsItsParameterDocParamTime) {
+  Path time(DocParam_Time);
+  Data half;
+  const BaseTime value(1, 2);
+  Gd()->SetTime(&half.value, &value);
+  ASSERT_TRUE(At()->SetParameter(document, &time.id, &half.value, 0));
+  EXPECT_EQ(*Bd()->GetDocumentTime(document), value);
+  Data back;
+  ASSERT_TRUE(At()->GetParameter(document, &time.id, &back.value, 0));
+  EXPECT_EQ(*Gd()->GetTime(&back.value), value);
+  Data number;
+  Gd()->SetInt32(&number.value, 3);
+  EXPECT_FALSE(At()->SetParameter(document, &time.id, &number.value, 0));
+  EXPECT_EQ(*Bd()->GetDocumentTime(document), value);
+}
+
 TEST_F(SessionOperationsTest, ContainersNestAndCompare) {
   ParamContainer list;
   Bc()->InitContainer(&list, -1, 0);
