@@ -442,6 +442,9 @@ struct ORYOS_Bo {
   void (*SetAbsoluteScale)(BaseObject* object, const Vector* value);
   void (*GetAbsoluteRotation)(const BaseObject* object, Vector* out);
   void (*SetAbsoluteRotation)(BaseObject* object, const Vector* value);
+  // The display mode that SetMode set (0 for an unknown index).
+  int32_t (*GetMode)(const BaseObject* object, int32_t which);
+  BaseTag* (*GetFirstTag)(const BaseObject* object);
 };
 
 struct ORYOS_Bd {

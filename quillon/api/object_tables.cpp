@@ -100,6 +100,16 @@ void SetMode(BaseObject* object, int32_t which, int32_t mode) {
   if (model && which >= 0 && which < kModeCount) model->modes[static_cast<size_t>(which)] = mode;
 }
 
+int32_t GetMode(const BaseObject* object, int32_t which) {
+  const Object* model = ObjectOf(object);
+  return model && which >= 0 && which < kModeCount ? model->modes[static_cast<size_t>(which)] : 0;
+}
+
+BaseTag* GetFirstTag(const BaseObject* object) {
+  const Object* model = ObjectOf(object);
+  return model ? HandleOf<BaseTag>(model->tagRoot->firstChild) : nullptr;
+}
+
 BaseTag* GetTag(const BaseObject* object, int32_t tagType, int32_t index) {
   const Object* model = ObjectOf(object);
   return model ? HandleOf<BaseTag>(FindTag(*model, tagType, index)) : nullptr;
@@ -240,7 +250,9 @@ const ORYOS_Bo& BoTable() {
                               .GetAbsoluteScale = GetAbsoluteScale,
                               .SetAbsoluteScale = SetAbsoluteScale,
                               .GetAbsoluteRotation = GetAbsoluteRotation,
-                              .SetAbsoluteRotation = SetAbsoluteRotation};
+                              .SetAbsoluteRotation = SetAbsoluteRotation,
+                              .GetMode = GetMode,
+                              .GetFirstTag = GetFirstTag};
   return table;
 }
 

@@ -266,6 +266,18 @@ TEST_F(SessionOperationsTest, TheDocumentTimeIsItsParameterDocParamTime) {
   EXPECT_EQ(*Bd()->GetDocumentTime(document), value);
 }
 
+TEST_F(SessionOperationsTest, ModesAndTheFirstTagReadBack) {
+  BaseObject* object = Insert();
+  EXPECT_EQ(Bo()->GetFirstTag(object), nullptr);
+  Aim(object, nullptr);
+  BaseTag* second = Aim(object, nullptr);
+  EXPECT_EQ(Bo()->GetFirstTag(object), second);  // InsertTag without a predecessor puts a tag first
+  Bo()->SetMode(object, 1, 2);
+  EXPECT_EQ(Bo()->GetMode(object, 1), 2);
+  EXPECT_EQ(Bo()->GetMode(object, 0), 0);
+  EXPECT_EQ(Bo()->GetMode(object, 3), 0);
+}
+
 TEST_F(SessionOperationsTest, ContainersNestAndCompare) {
   ParamContainer list;
   Bc()->InitContainer(&list, -1, 0);
