@@ -7,6 +7,8 @@
 //   orytool build SCENE.json --output FILE.ory
 //   orytool gltf FILE.ory --output FILE.gltf|FILE.glb [--frame-rate R]
 //                                      the scene as glTF 2.0, and a summary of what was left out
+//   orytool render FILE.ory --frame N --size WxH [--depth 8|16|32] --output FILE.png
+//                                      a preview of one frame as the engine renders it
 // Exit codes: 0 success, 1 a file could not be written or memory ran out, 2 bad input or usage.
 #include <CLI/CLI.hpp>
 #include <json/json.h>
@@ -19,6 +21,7 @@
 #include "quillon/format/ory_format.h"
 #include "quillon/model/evaluate.h"
 #include "quillon/orytool/gltf_command.h"
+#include "quillon/orytool/render_command.h"
 #include "quillon/orytool/scene_dump.h"
 #include "quillon/orytool/scene_json.h"
 #include "quillon/orytool/scene_summary.h"
@@ -103,6 +106,12 @@ int Gltf(const quillon::orytool::GltfArguments& arguments) {
   return code == 0 ? 0 : Complain(error, code);
 }
 
+int Render(const quillon::orytool::RenderArguments& arguments) {
+  std::string error;
+  const int code = quillon::orytool::RunRender(arguments, &error);
+  return code == 0 ? 0 : Complain(error, code);
+}
+
 int Build(const std::string& scenePath, const std::string& outputPath) {
   Json::Value root;
   std::string error;
@@ -143,6 +152,17 @@ int main(int argc, char** argv) {
       ->required();
   gltf->add_option("--frame-rate", gltfArguments.frameRate,
                    "Frames a second by which marker frames and the frame range are counted (default: the scene's).");
+  quillon::orytool::RenderArguments renderArguments;
+  CLI::App* render = app.add_subcommand("render", "Render one frame of a scene file through its render view's "
+                                                  "camera and write it as a PNG picture.");
+  render->add_option("SCENE", renderArguments.scene, "The scene file.")->required();
+  render->add_option("--frame", renderArguments.frame, "The frame to render, counted at the scene's frame rate.")
+      ->required();
+  render->add_option("--size", renderArguments.size, "The picture's size, WIDTHxHEIGHT in pixels.")->required();
+  render->add_option("--depth", renderArguments.depth, "Bits a channel of the render: 8, 16 or 32 (float; the PNG "
+                                                        "gets 16).")
+      ->check(CLI::IsMember({8, 16, 32}));
+  render->add_option("--output,-o", renderArguments.output, "The PNG file to write.")->required();
 
   try {
     app.parse(argc, argv);
@@ -152,7 +172,7 @@ int main(int argc, char** argv) {
     // A mistyped command is left over as an extra word; name it rather than only
     // saying that a command is missing.
     if (app.get_subcommands().empty() && !app.remaining().empty())
-      return Complain("unknown command \"" + app.remaining().front() + "\"; the commands are dump, validate, build and gltf",
+      return Complain("unknown command \"" + app.remaining().front() + "\"; the commands are dump, validate, build, gltf and render",
                       kExitBadInput);
     app.exit(e);
     return kExitBadInput;
@@ -162,10 +182,12 @@ int main(int argc, char** argv) {
     if (dump->parsed()) return Dump(file, asJson ? DumpForm::Json : summaryOnly ? DumpForm::Summary : DumpForm::Tree);
     if (validate->parsed()) return Validate(file);
     if (gltf->parsed()) return Gltf(gltfArguments);
+    if (render->parsed()) return Render(renderArguments);
     return Build(scene, output);
   } catch (const std::bad_alloc&) {
     if (gltf->parsed())
       return Complain("out of memory while converting " + gltfArguments.scene + " to " + gltfArguments.output, kExitFailed);
+    if (render->parsed()) return Complain("out of memory while rendering " + renderArguments.scene, kExitFailed);
     return Complain("out of memory while " + (build->parsed() ? "building " + output + " from " + scene : "reading " + file),
                     kExitFailed);
   }
