@@ -183,6 +183,31 @@ TEST_F(RenderSession, AReadWhileRenderingGivesTheLinesDoneAndAStopBreaksTheRende
   for (int y = done; y < kHeight; ++y) EXPECT_TRUE(LineIsClear(picture, y)) << "line " << y;
 }
 
+// A picture the material names that cannot be read: the render still draws and ends with
+// result 2, and the console lists the missing picture before the line of the result.
+TEST_F(RenderSession, AMissingPictureIsListedBeforeTheResultLine) {
+  std::string json = PlaneSceneJson();
+  const std::string colour = R"("params": [{"id": "MaterialParam_Color", "vector": [1, 0, 0]}]})";
+  const auto at = json.find(colour);
+  ASSERT_NE(at, std::string::npos);
+  json.replace(at, colour.size(),
+               R"("params": [{"id": "MaterialParam_Color", "vector": [1, 0, 0]},
+                             {"id": "MaterialChannel_Color", "link": "wood"}],
+                  "shaders": [{"type": "ShaderType_Bitmap", "ref": "wood",
+                               "params": [{"id": "BitmapShaderParam_File", "filename": "/nonexistent/wood.png"}]}]})");
+  qae_test::WriteFile(dir_ + "/missing.json", json);
+  const std::string scene = dir_ + "/missing.ory";
+  ASSERT_EQ(RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/missing.json", "--output", scene}).exitCode, 0);
+  const auto run = Run("select 1\nopen " + scene + "\nprepare 400 200 1\nwait\n");
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(Lines(run.out).back(), "wait: idle, result 2, progress 1, stage 3");
+  const auto list = run.err.find("Missing Assets:\n/nonexistent/wood.png: ");
+  const auto result = run.err.find("Render process was interrupted - Error: Missing Asset");
+  ASSERT_NE(list, std::string::npos) << run.err;
+  ASSERT_NE(result, std::string::npos) << run.err;
+  EXPECT_LT(list, result);
+}
+
 TEST_F(RenderSession, TheCommandsAnswerByNumbers) {
   const auto run = Run("stop-render 4294967295\n"
                        "close-render 4294967295\n"
