@@ -82,6 +82,33 @@ TEST_F(OrytoolCli, BadDescriptionsExitWithTwoAndNameThePath) {
   EXPECT_FALSE(qae_test::FileExists(In("x.ory")));
 }
 
+// An update document written by hand: the ids and the marker reach the file, the dump shows
+// them, and the dump builds the same file again.
+TEST_F(OrytoolCli, UniqueIdsAndMarkersGoThroughBuildAndDump) {
+  qae_test::WriteFile(In("update.json"), R"({"objects": [{"type": "ObjectType_Plane", "name": "Plane",
+      "marker": "00112233445566778899AABBCCDDEEFF",
+      "unique_ids": [{"application": 7, "text": "plane-1"}, {"application": 8, "hex": "0001"}]}]})");
+  auto built = Run({"build", In("update.json"), "-o", In("update.ory")});
+  ASSERT_EQ(built.exitCode, 0) << built.err;
+  EXPECT_EQ(Run({"validate", In("update.ory")}).out, In("update.ory") + ": valid\n");
+  auto json = Run({"dump", "--json", In("update.ory")});
+  ASSERT_EQ(json.exitCode, 0) << json.err;
+  EXPECT_NE(json.out.find("\"marker\" : \"00112233445566778899aabbccddeeff\""), std::string::npos) << json.out;
+  EXPECT_NE(json.out.find("\"text\" : \"plane-1\""), std::string::npos) << json.out;
+  EXPECT_NE(json.out.find("\"hex\" : \"0001\""), std::string::npos) << json.out;
+  qae_test::WriteFile(In("dumped.json"), json.out);
+  ASSERT_EQ(Run({"build", In("dumped.json"), "-o", In("again.ory")}).exitCode, 0);
+  EXPECT_EQ(qae_test::ReadFile(In("again.ory")), qae_test::ReadFile(In("update.ory")));
+
+  qae_test::WriteFile(In("twice.json"), R"({"objects": [{"type": "ObjectType_Plane",
+      "unique_ids": [{"application": 7, "text": "a"}, {"application": 7, "text": "b"}]}]})");
+  auto twice = Run({"build", In("twice.json"), "-o", In("x.ory")});
+  EXPECT_EQ(twice.exitCode, 2);
+  EXPECT_EQ(twice.err, "orytool: " + In("twice.json") +
+                           ": $.objects[0].unique_ids[1].application: application 7 gives a second unique id\n");
+  EXPECT_FALSE(qae_test::FileExists(In("x.ory")));
+}
+
 TEST_F(OrytoolCli, UsageErrorsExitWithTwoAndHelpWithZero) {
   EXPECT_EQ(Run({}).exitCode, 2);
   EXPECT_EQ(Run({"dump"}).exitCode, 2);
