@@ -40,7 +40,7 @@ SceneNode* GetStateRoot(SceneStateTree* tree) {
 
 SceneNode* GetCurrentState(SceneStateTree* tree) {
   Document* document = TreeDocument(tree);
-  return document ? HandleOf<SceneNode>(document->currentState) : nullptr;
+  return document ? HandleOf<SceneNode>(CurrentState(*document)) : nullptr;
 }
 
 bool SetCurrentState(SceneStateTree* tree, SceneNode* state) {

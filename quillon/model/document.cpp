@@ -37,7 +37,7 @@ void Document::Clear() {
   settings = MakeListRoot(this);
   markers = MakeListRoot(this);
   states = MakeListRoot(this);
-  currentState = nullptr;
+  currentStateId = 0;
   activeSettings = nullptr;
   views.clear();
   activeView = renderView = -1;

@@ -29,9 +29,10 @@ class Document : public Node {
   std::unique_ptr<Node> layers;
   std::unique_ptr<Node> settings;
   std::unique_ptr<Node> markers;
-  // The scene states (scene_states.h) and the one in force; null for none.
+  // The scene states (scene_states.h) and the link id of the one in force, so that a
+  // state freed or taken out is no longer current.
   std::unique_ptr<Node> states;
-  Node* currentState = nullptr;
+  uint64_t currentStateId = 0;
   // Null when the document has no active settings node.
   Node* activeSettings = nullptr;
   std::vector<std::unique_ptr<View>> views;

@@ -248,6 +248,12 @@ TEST_F(SessionOperationsTest, SceneStatesHaveATreeAndACurrentOne) {
   EXPECT_FALSE(states->SetCurrentState(tree, loose));
   EXPECT_EQ(states->GetCurrentState(tree), night);
   Bl()->FreeNode(loose);
+  At()->Remove(night);
+  EXPECT_EQ(states->GetCurrentState(tree), nullptr);
+  At()->InsertUnder(night, day);
+  EXPECT_EQ(states->GetCurrentState(tree), night);
+  Bl()->FreeNode(night);
+  EXPECT_EQ(states->GetCurrentState(tree), nullptr);
 }
 
 TEST_F(SessionOperationsTest, TheDocumentTimeIsItsParameterDocParamTime) {
