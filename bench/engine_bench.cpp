@@ -1,22 +1,24 @@
-// The engine's document at export scale: 1,000 objects with 9 baked tracks of 10,000 keys
-// each (position, rotation and scale, one key a frame), pruned key by key as the exporter
-// prunes them, then written to a scene file and read back.
+// The engine's own figures, each beside the machine it ran on: what a key costs to append,
+// find and evaluate at three lengths of a track, and how fast a scene file of about 220 MB
+// (1,000 objects, six tracks of 1,000 keys each, as an export of 1,000 layers over 1,000
+// frames leaves them) is written and read, with the memory each holds at its peak.
 //
-//   build/bin/engine_bench                 all three stages
-//   build/bin/engine_bench --benchmark_filter=Read
+//   build/bin/engine_bench [--runs N] [--dir FOLDER]
 //
-// Each object moves during a span of 400 frames that starts somewhere else for every
-// object and holds still the rest of the time; scale never moves. Pruning thus deletes
-// most of the 90 million keys one by one and removes the scale tracks whole, as it does
-// for a composition whose layers move for a while.
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
+// Every figure is the smallest and the middle of N runs (3 by default). Times are wall
+// clock; the scene file goes to FOLDER (the system's temporary folder by default).
+#include <chrono>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "bench/machine_reference.h"
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/format/ory_format.h"
 #include "quillon/model/animation.h"
@@ -24,132 +26,229 @@
 namespace {
 
 using namespace quillon;
+using qae_bench::MinAndMedian;
+using qae_bench::MinAndMedianOf;
+using qae_bench::SecondsSince;
 
-constexpr int kObjects = 1000;
-constexpr int kTracksPerObject = 9;
-constexpr int kKeysPerTrack = 10000;
-constexpr int kMovingFrames = 400;
-constexpr double kFps = 25;
-// The single-precision 1e-6 below which two baked values count as equal.
-constexpr double kPruneTolerance = 9.999999974752427e-7;
+constexpr double kFps = 30;
+// Appends per measurement, spread over as many tracks as the length asks, so that a short
+// track is timed over as many keys as a long one.
+constexpr long kAppendsPerRun = 2000000;
+constexpr long kLookUpsPerRun = 2000000;
+const long kLengths[] = {1000, 100000, 2000000};
 
-struct Scene {
-  std::unique_ptr<Document> document;
-  long long keysBaked = 0;
-  long long keysKept = 0;
-};
+constexpr int kSceneObjects = 1000;
+constexpr int kSceneTracks = 6;
+constexpr int kSceneKeys = 1000;
 
-std::unique_ptr<Scene>& SharedScene() {
-  static std::unique_ptr<Scene> scene;
-  return scene;
-}
-
-double BakedValue(int object, int channel, int frame) {
-  if (channel >= 6) return 1.0;  // scale
-  const int start = (object * 37) % (kKeysPerTrack - kMovingFrames);
-  const int t = std::clamp(frame - start, 0, kMovingFrames);
-  return (channel + 1) * 10.0 * std::sin(t * 0.01 + object);
-}
-
-Track* BakeTrack(Object& object, int index, int channel) {
-  const std::int32_t parameter = ObjectParam_Position + channel / 3;
-  auto* track = new Track({{parameter, DataKind_Vector, 0}, {VectorComponent_X + channel % 3, DataKind_Float, 0}});
+std::unique_ptr<Track> NewFloatTrack() {
+  auto track = std::make_unique<Track>(
+      std::vector<ParamLevel>{{ObjectParam_Position, DataKind_Vector, 0}, {VectorComponent_X, DataKind_Float, 0}});
   track->curve = std::make_unique<Curve>();
-  track->curve->track = track;
-  InsertLastUnder(track, object.trackList());
-  for (int frame = 0; frame < kKeysPerTrack; ++frame) {
-    Key* key = AddKeyAt(*track->curve, BaseTime(frame, kFps));
-    key->value = BakedValue(index, channel, frame);
-    key->bits.set(kNodeBitKeyLinear);
-  }
+  track->curve->track = track.get();
   return track;
 }
 
-// Deletes keys whose neighbours hold the same value, one at a time while walking the
-// curve, and the whole track when it is left with no movement.
-void PruneTrack(Track* track) {
-  Curve& curve = *track->curve;
-  double previous = curve.keys.at(0)->value;
-  for (std::int32_t i = 1; i < curve.keys.size() - 1; ++i) {
-    const double value = curve.keys.at(i)->value;
-    const double next = curve.keys.at(i + 1)->value;
-    if (std::abs(previous - value) < kPruneTolerance && std::abs(next - value) < kPruneTolerance) {
-      DeleteKeyAt(curve, i);
-      --i;
-    }
-    previous = value;
-  }
-  const std::int32_t left = curve.keys.size();
-  if (left < 2 || (left == 2 && curve.keys.at(0)->value == curve.keys.at(1)->value)) {
-    Unlink(track);
-    delete track;
+// A baked key a frame: in time order, marked linear, as the exporter leaves them.
+void AppendKeys(Curve& curve, long count, double phase) {
+  for (long frame = 0; frame < count; ++frame) {
+    Key* key = AddKeyAt(curve, BaseTime(static_cast<double>(frame), kFps));
+    key->value = std::sin(static_cast<double>(frame) * 0.01 + phase);
+    key->bits.set(kNodeBitKeyLinear);
   }
 }
 
-std::unique_ptr<Scene> BuildScene() {
-  auto scene = std::make_unique<Scene>();
-  scene->document = NewDocument();
-  for (int index = 0; index < kObjects; ++index) {
+double AppendNanoseconds(long length) {
+  std::vector<std::unique_ptr<Track>> tracks;
+  const long trackCount = std::max(1L, kAppendsPerRun / length);
+  for (long i = 0; i < trackCount; ++i) tracks.push_back(NewFloatTrack());
+  const auto start = std::chrono::steady_clock::now();
+  for (long i = 0; i < trackCount; ++i) AppendKeys(*tracks[static_cast<size_t>(i)]->curve, length, 0.0);
+  return SecondsSince(start) * 1e9 / static_cast<double>(trackCount * length);
+}
+
+// Times spread over the track in an order that a cache cannot guess: every look-up finds a
+// key of its own, half of them between two keys.
+std::vector<BaseTime> LookUpTimes(long length) {
+  std::vector<BaseTime> times;
+  times.reserve(kLookUpsPerRun);
+  std::uint64_t state = 88172645463325252ull;
+  for (long i = 0; i < kLookUpsPerRun; ++i) {
+    state ^= state << 13;
+    state ^= state >> 7;
+    state ^= state << 17;
+    const auto frame = static_cast<double>(state % static_cast<std::uint64_t>(length));
+    times.emplace_back(2 * frame + static_cast<double>(i % 2), 2 * kFps);
+  }
+  return times;
+}
+
+double LookUpNanoseconds(const Curve& curve, const std::vector<BaseTime>& times,
+                         const std::function<double(const Curve&, const BaseTime&)>& lookUp) {
+  double sum = 0.0;
+  const auto start = std::chrono::steady_clock::now();
+  for (const BaseTime& time : times) sum += lookUp(curve, time);
+  const double seconds = SecondsSince(start);
+  if (std::isnan(sum)) std::printf(" ");  // keeps the look-ups from being optimised away
+  return seconds * 1e9 / static_cast<double>(times.size());
+}
+
+double FindKey(const Curve& curve, const BaseTime& time) {
+  bool exact = false;
+  return LowerBound(curve, time, &exact) + (exact ? 1 : 0);
+}
+
+double Evaluate(const Curve& curve, const BaseTime& time) { return EvaluateCurve(curve, time, 0.0); }
+
+// The process's resident memory now and at its peak since the last reset, in MB.
+double StatusMegabytes(const char* field) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  const std::string prefix = std::string(field) + ":";
+  while (std::getline(status, line))
+    if (line.rfind(prefix, 0) == 0) return std::stod(line.substr(prefix.size())) / 1024.0;
+  return 0.0;
+}
+
+double ResidentMB() { return StatusMegabytes("VmRSS"); }
+double PeakMB() { return StatusMegabytes("VmHWM"); }
+// Starts the peak again from what is resident now.
+void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+
+std::unique_ptr<Document> ExportSizedScene(long* keys) {
+  std::unique_ptr<Document> document = NewDocument();
+  *keys = 0;
+  for (int index = 0; index < kSceneObjects; ++index) {
     auto* object = new Object(ObjectType_Null);
     object->name = u"Layer " + FromUtf8(std::to_string(index));
-    InsertLastUnder(object, scene->document->objects.get());
-    for (int channel = 0; channel < kTracksPerObject; ++channel) PruneTrack(BakeTrack(*object, index, channel));
-    scene->keysBaked += static_cast<long long>(kTracksPerObject) * kKeysPerTrack;
+    InsertLastUnder(object, document->objects.get());
+    for (int channel = 0; channel < kSceneTracks; ++channel) {
+      std::unique_ptr<Track> track = NewFloatTrack();
+      track->path[0].id = channel < 3 ? ObjectParam_Position : ObjectParam_Rotation;
+      track->path[1].id = VectorComponent_X + channel % 3;
+      AppendKeys(*track->curve, kSceneKeys, index + channel);
+      InsertLastUnder(track.release(), object->trackList());
+      *keys += kSceneKeys;
+    }
   }
-  for (Node* object = scene->document->objects->firstChild; object; object = object->next)
-    for (Track* track : TracksOf(*object)) scene->keysKept += track->curve->keys.size();
-  return scene;
+  return document;
 }
 
-Scene& SceneForFiles() {
-  if (!SharedScene()) SharedScene() = BuildScene();
-  return *SharedScene();
-}
+struct FileFigures {
+  double megabytesPerSecond;
+  double peakAboveStartMB;
+};
 
-// An amount handled by each iteration, shown per second of one iteration.
-benchmark::Counter PerSecond(double amount) {
-  return benchmark::Counter(amount, benchmark::Counter::kIsIterationInvariantRate);
-}
-
-std::string ScenePath() { return (std::filesystem::temp_directory_path() / "engine_bench.ory").string(); }
-
-void BM_BuildAndPrune(benchmark::State& state) {
-  for (auto _ : state) SharedScene() = BuildScene();
-  state.counters["keys_baked"] = static_cast<double>(SharedScene()->keysBaked);
-  state.counters["keys_kept"] = static_cast<double>(SharedScene()->keysKept);
-  state.counters["baked_keys_per_second"] = PerSecond(static_cast<double>(SharedScene()->keysBaked));
-}
-
-void BM_Write(benchmark::State& state) {
-  Scene& scene = SceneForFiles();
+FileFigures Write(const Document& document, const std::string& path) {
+  const double before = ResidentMB();
+  ResetPeak();
   std::string error;
-  for (auto _ : state)
-    if (!format::WriteDocument(*scene.document, ScenePath(), &error)) state.SkipWithError(error.c_str());
-  const auto bytes = static_cast<double>(std::filesystem::file_size(ScenePath()));
-  state.counters["file_MB"] = bytes / 1e6;
-  state.counters["keys_per_second"] = PerSecond(static_cast<double>(scene.keysKept));
-  state.counters["MB_per_second"] = PerSecond(bytes / 1e6);
+  const auto start = std::chrono::steady_clock::now();
+  if (!format::WriteDocument(document, path, &error)) std::fprintf(stderr, "engine_bench: %s\n", error.c_str());
+  const double seconds = SecondsSince(start);
+  return {static_cast<double>(std::filesystem::file_size(path)) / seconds / 1e6, PeakMB() - before};
 }
 
-void BM_Read(benchmark::State& state) {
-  Scene& scene = SceneForFiles();
+// The peak beyond what the document read holds once it is read.
+FileFigures Read(const std::string& path, double* documentMB) {
+  auto document = std::make_unique<Document>();
+  const double before = ResidentMB();
+  ResetPeak();
   std::string error;
-  if (!format::WriteDocument(*scene.document, ScenePath(), &error)) state.SkipWithError(error.c_str());
-  const long long keys = scene.keysKept;
-  SharedScene().reset();  // the document read takes the place of the one built
-  Document document;
-  for (auto _ : state)
-    if (!format::ReadDocument(ScenePath(), document, &error)) state.SkipWithError(error.c_str());
-  const auto bytes = static_cast<double>(std::filesystem::file_size(ScenePath()));
-  std::filesystem::remove(ScenePath());
-  state.counters["keys_per_second"] = PerSecond(static_cast<double>(keys));
-  state.counters["MB_per_second"] = PerSecond(bytes / 1e6);
+  const auto start = std::chrono::steady_clock::now();
+  if (!format::ReadDocument(path, *document, &error)) std::fprintf(stderr, "engine_bench: %s\n", error.c_str());
+  const double seconds = SecondsSince(start);
+  const double held = ResidentMB();
+  *documentMB = held - before;
+  return {static_cast<double>(std::filesystem::file_size(path)) / seconds / 1e6, PeakMB() - held};
 }
 
-BENCHMARK(BM_BuildAndPrune)->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(BM_Write)->Iterations(3)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(BM_Read)->Iterations(3)->Unit(benchmark::kMillisecond)->UseRealTime();
+void PrintRow(const char* what, const std::vector<double>& figures, const char* unit) {
+  const MinAndMedian m = MinAndMedianOf(figures);
+  std::printf("  %-34s min %9.1f  median %9.1f %s\n", what, m.min, m.median, unit);
+}
+
+// 2000000 as "2,000,000".
+std::string Grouped(long n) {
+  const std::string digits = std::to_string(n);
+  std::string text;
+  for (size_t i = 0; i < digits.size(); ++i) {
+    if (i > 0 && (digits.size() - i) % 3 == 0) text += ',';
+    text += digits[i];
+  }
+  return text;
+}
+
+int Usage() {
+  std::fprintf(stderr, "usage: engine_bench [--runs N] [--dir FOLDER]\n");
+  return 2;
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  int runs = 3;
+  std::string dir = std::filesystem::temp_directory_path().string();
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--runs" && i + 1 < argc) {
+      runs = std::atoi(argv[++i]);
+      if (runs < 1 || runs > 100) return Usage();
+    } else if (arg == "--dir" && i + 1 < argc) {
+      dir = argv[++i];
+    } else {
+      return Usage();
+    }
+  }
+  qae_bench::PrintMachineReference(qae_bench::MeasureMachine(dir));
+  std::printf("figures: min and median of %d runs\n", runs);
+
+  std::printf("key append, ns a key (amortised over %s appends):\n", Grouped(kAppendsPerRun).c_str());
+  for (long length : kLengths) {
+    std::vector<double> figures;
+    for (int run = 0; run < runs; ++run) figures.push_back(AppendNanoseconds(length));
+    PrintRow(("track of " + Grouped(length) + " keys").c_str(), figures, "ns");
+  }
+  std::printf("find and evaluate, ns a look-up (%s look-ups at times spread over the track):\n",
+              Grouped(kLookUpsPerRun).c_str());
+  for (long length : kLengths) {
+    std::unique_ptr<Track> track = NewFloatTrack();
+    AppendKeys(*track->curve, length, 0.0);
+    const std::vector<BaseTime> times = LookUpTimes(length);
+    std::vector<double> finds, evaluations;
+    for (int run = 0; run < runs; ++run) {
+      finds.push_back(LookUpNanoseconds(*track->curve, times, FindKey));
+      evaluations.push_back(LookUpNanoseconds(*track->curve, times, Evaluate));
+    }
+    PrintRow(("find, track of " + Grouped(length) + " keys").c_str(), finds, "ns");
+    PrintRow(("evaluate, track of " + Grouped(length) + " keys").c_str(), evaluations, "ns");
+  }
+
+  long keys = 0;
+  std::unique_ptr<Document> scene = ExportSizedScene(&keys);
+  const std::string path = (std::filesystem::path(dir) / "engine_bench.ory").string();
+  std::vector<double> writeRates, writePeaks, readRates, readPeaks, documents;
+  for (int run = 0; run < runs; ++run) {
+    const FileFigures written = Write(*scene, path);
+    writeRates.push_back(written.megabytesPerSecond);
+    writePeaks.push_back(written.peakAboveStartMB);
+  }
+  const double fileMB = static_cast<double>(std::filesystem::file_size(path)) / 1e6;
+  scene.reset();
+  for (int run = 0; run < runs; ++run) {
+    double documentMB = 0.0;
+    const FileFigures read = Read(path, &documentMB);
+    readRates.push_back(read.megabytesPerSecond);
+    readPeaks.push_back(read.peakAboveStartMB);
+    documents.push_back(documentMB);
+  }
+  std::filesystem::remove(path);
+  std::printf("scene file of %.0f MB (%s objects, %s keys), through the safe replacement (flushed to the disk):\n",
+              fileMB, Grouped(kSceneObjects).c_str(), Grouped(keys).c_str());
+  PrintRow("write", writeRates, "MB/s");
+  PrintRow("write: peak beyond the document", writePeaks, "MB");
+  PrintRow("read", readRates, "MB/s");
+  PrintRow("read: the document read holds", documents, "MB");
+  PrintRow("read: peak beyond the document", readPeaks, "MB");
+  return 0;
+}

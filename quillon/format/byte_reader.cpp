@@ -45,12 +45,18 @@ void ByteReader::Refill(std::size_t n, const char* what) {
   }
 }
 
-std::uint32_t ByteReader::U32() {
-  const std::uint8_t* p = Take(4, "32-bit value");
+namespace {
+
+std::uint32_t LittleEndian32(const std::uint8_t* p) {
   std::uint32_t v = 0;
   for (int i = 3; i >= 0; --i) v = (v << 8) | p[i];
   return v;
 }
+
+}  // namespace
+
+std::uint32_t ByteReader::U32() { return LittleEndian32(Take(4, "32-bit value")); }
+std::uint32_t ByteReader::PeekU32() { return LittleEndian32(Peek(4, "32-bit value")); }
 
 std::uint64_t ByteReader::U64() {
   const std::uint8_t* p = Take(8, "64-bit value");

@@ -37,6 +37,9 @@ class ByteReader {
   static constexpr std::size_t kBufferBytes = std::size_t{1} << 20;
 
   std::uint8_t U8() { return *Take(1, "8-bit value"); }
+  // The next byte or 32-bit value, left to be read again.
+  std::uint8_t PeekU8() { return *Peek(1, "8-bit value"); }
+  std::uint32_t PeekU32();
   std::uint32_t U32();
   std::int32_t I32() { return static_cast<std::int32_t>(U32()); }
   std::uint64_t U64();
@@ -58,9 +61,12 @@ class ByteReader {
   [[noreturn]] void Fail(std::size_t offset, const std::string& problem) const;
 
  private:
-  const std::uint8_t* Take(std::size_t n, const char* what) {
+  const std::uint8_t* Peek(std::size_t n, const char* what) {
     if (static_cast<std::size_t>(end_ - cur_) < n) Refill(n, what);
-    const std::uint8_t* p = cur_;
+    return cur_;
+  }
+  const std::uint8_t* Take(std::size_t n, const char* what) {
+    const std::uint8_t* p = Peek(n, what);
     cur_ += n;
     return p;
   }

@@ -6,14 +6,6 @@
 #include <stdexcept>
 
 namespace quillon::format {
-namespace {
-
-template <typename Word>
-void LittleEndian(Word v, std::uint8_t* le) {
-  for (std::size_t i = 0; i < sizeof(Word); ++i) le[i] = static_cast<std::uint8_t>(v >> (8 * i));
-}
-
-}  // namespace
 
 // Whole values are appended at once: one capacity check instead of one a byte.
 void ByteWriter::Put(const void* data, std::size_t size) {
@@ -24,13 +16,15 @@ void ByteWriter::Put(const void* data, std::size_t size) {
 
 void ByteWriter::U32(std::uint32_t v) {
   std::uint8_t le[4];
-  LittleEndian(v, le);
+  std::uint8_t* end = le;
+  StoreLittleEndian(end, v);
   Put(le, 4);
 }
 
 void ByteWriter::U64(std::uint64_t v) {
   std::uint8_t le[8];
-  LittleEndian(v, le);
+  std::uint8_t* end = le;
+  StoreLittleEndian(end, v);
   Put(le, 8);
 }
 
@@ -90,13 +84,15 @@ void ByteWriter::Patch(std::uint64_t offset, const std::uint8_t* le, std::size_t
 
 void ByteWriter::PatchU32(std::uint64_t offset, std::uint32_t v) {
   std::uint8_t le[4];
-  LittleEndian(v, le);
+  std::uint8_t* end = le;
+  StoreLittleEndian(end, v);
   Patch(offset, le, 4);
 }
 
 void ByteWriter::PatchU64(std::uint64_t offset, std::uint64_t v) {
   std::uint8_t le[8];
-  LittleEndian(v, le);
+  std::uint8_t* end = le;
+  StoreLittleEndian(end, v);
   Patch(offset, le, 8);
 }
 

@@ -10,6 +10,12 @@
 
 namespace quillon::format {
 
+// Stores the little-endian bytes of a whole number at `at` and moves `at` past them.
+template <typename Word>
+void StoreLittleEndian(std::uint8_t*& at, Word v) {
+  for (std::size_t i = 0; i < sizeof(Word); ++i) *at++ = static_cast<std::uint8_t>(v >> (8 * i));
+}
+
 // Where a writer's bytes go once its buffer is full: the bytes in order, and rewrites of
 // bytes handed over before. A sink that fails throws.
 struct ByteSink {

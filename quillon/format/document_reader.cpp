@@ -150,14 +150,40 @@ void ReadParams(ReadContext& c, ParamSet& params, int depth) {
   }
 }
 
-std::unique_ptr<Key> ReadKey(ReadContext& c, Curve& curve, int depth) {
-  auto key = std::make_unique<Key>();
-  key->curve = &curve;
-  key->time = ReadTime(c);
-  key->value = c.r.F64();
-  ReadNodeCommon(c, *key, depth);
-  ReadValue(c, key->data.raw, depth);
-  return key;
+// Appends key `index` to the curve. Most keys are time, value and bits alone: those go
+// straight into the curve's arrays, and only a key with more gets a node.
+void ReadKey(ReadContext& c, KeyStore& keys, std::int32_t index, int depth) {
+  const std::size_t at = c.r.Offset();
+  const BaseTime time = ReadTime(c);
+  const double value = c.r.F64();
+  std::unique_ptr<Key> key;
+  std::uint64_t bits = 0;
+  CheckDepth(c, depth);
+  if ((c.r.PeekU8() & ~NodePart_Bits) != 0) {
+    key = std::make_unique<Key>();
+    ReadNodeCommon(c, *key, depth);
+  } else if (c.r.U8() == NodePart_Bits) {
+    bits = c.r.U64();
+  }
+  CheckDepth(c, depth);
+  if (!key && c.r.PeekU32() != DataKind_Empty) {
+    key = std::make_unique<Key>();
+    key->bits = std::bitset<64>(bits);
+  }
+  if (key) {
+    ReadValue(c, key->data.raw, depth);
+  } else {
+    c.r.U32();
+  }
+  if (index > 0 && !(keys.timeAt(index - 1) < time))
+    c.r.Fail(at, "key " + Str(index) + " does not come after the key before it");
+  if (!key) {
+    keys.insert(index, time, value, bits);
+    return;
+  }
+  key->time = time;
+  key->value = value;
+  keys.insert(index, std::move(key));
 }
 
 void ReadCurve(ReadContext& c, Track& track, int depth) {
@@ -166,13 +192,8 @@ void ReadCurve(ReadContext& c, Track& track, int depth) {
   curve.track = &track;
   ReadNodeCommon(c, curve, depth);
   const std::uint32_t count = c.r.Count("key", kMinKeyBytes);
-  for (std::uint32_t i = 0; i < count; ++i) {
-    const std::size_t at = c.r.Offset();
-    std::unique_ptr<Key> key = ReadKey(c, curve, depth);
-    if (i > 0 && !(curve.keys.timeAt(static_cast<std::int32_t>(i) - 1) < key->time))
-      c.r.Fail(at, "key " + Str(i) + " does not come after the key before it");
-    curve.keys.insert(static_cast<std::int32_t>(i), std::move(key));
-  }
+  curve.keys.reserve(count);
+  for (std::uint32_t i = 0; i < count; ++i) ReadKey(c, curve.keys, static_cast<std::int32_t>(i), depth);
 }
 
 std::unique_ptr<Track> ReadTrack(ReadContext& c, int depth) {

@@ -1,5 +1,6 @@
 #include "quillon/format/document_writer.h"
 
+#include <bit>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
@@ -134,6 +135,23 @@ void WriteKey(WriteContext& w, const Key& key, int depth) {
   WriteValue(w, key.data.raw, depth);
 }
 
+// A key without a node of its own: what WriteKey gives for a node that holds nothing but
+// time, value and bits, put together first and appended at once, since a file holds millions.
+void WritePlainKey(WriteContext& w, const KeyStore& keys, std::int32_t index, int depth) {
+  CheckDepth(depth);
+  std::uint8_t record[8 + 8 + 8 + 1 + 8 + 4];
+  std::uint8_t* end = record;
+  const BaseTime& time = keys.timeAt(index);
+  StoreLittleEndian(end, std::bit_cast<std::uint64_t>(time.numerator));
+  StoreLittleEndian(end, std::bit_cast<std::uint64_t>(time.denominator));
+  StoreLittleEndian(end, std::bit_cast<std::uint64_t>(keys.valueAt(index)));
+  const std::uint64_t bits = keys.bitsAt(index);
+  *end++ = bits != 0 ? NodePart_Bits : 0;
+  if (bits != 0) StoreLittleEndian(end, bits);
+  StoreLittleEndian(end, static_cast<std::uint32_t>(DataKind_Empty));
+  w.Raw(record, static_cast<std::size_t>(end - record));
+}
+
 void WriteTrack(WriteContext& w, const Track& track, int depth) {
   w.U32(CountOf(track.path.size()));
   for (const ParamLevel& level : track.path) {
@@ -147,9 +165,15 @@ void WriteTrack(WriteContext& w, const Track& track, int depth) {
   if (!track.curve) return;
   const Curve& curve = *track.curve;
   WriteNodeCommon(w, curve, depth);
-  const std::int32_t keys = curve.keys.size();
-  w.I32(keys);
-  for (std::int32_t i = 0; i < keys; ++i) WriteKey(w, *curve.keys.at(i), depth);
+  const KeyStore& keys = curve.keys;
+  w.I32(keys.size());
+  for (std::int32_t i = 0; i < keys.size(); ++i) {
+    if (const Key* key = keys.nodeAt(i)) {
+      WriteKey(w, *key, depth);
+    } else {
+      WritePlainKey(w, keys, i, depth);
+    }
+  }
 }
 
 std::uint8_t PresenceOf(const Node& node) {

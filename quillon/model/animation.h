@@ -1,11 +1,21 @@
 // Animation: a track on a node, bound to a parameter path, holds one curve;
-// the curve holds keys in time order. Keys live in a gap buffer, so that keys
-// added in time order, and keys deleted one by one while walking the curve,
-// each cost constant time on average. The times stand in an array of their own
-// beside the keys, so that a look-up by time is a binary search over
-// contiguous times that touches no key until it has found one.
+// the curve holds keys in time order.
+//
+// Most keys are a time, a value and a few bits, and a curve keeps those in
+// arrays of their own (40 bytes a key) instead of one node each: a look-up by
+// time is a binary search over contiguous times, and evaluating, writing and
+// reading touch no node. A key that carries more (data, parameters, a name, a
+// link) keeps a node of its own for good. Callers reach keys through nodes,
+// the handles of the tables: a key of the plain kind is lent one of the
+// curve's few spare nodes when a caller asks for it. Once all spares are lent,
+// the next key asked for takes the spare lent longest ago: what the caller set
+// on it (value, bits) goes back into the arrays first. A handle to a plain key
+// therefore holds while fewer than kSpareNodes other keys of its curve have
+// been asked for; a key that has gained more through its handle by then keeps
+// that node for good.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -25,21 +35,39 @@ class Key : public Node {
   Curve* curve = nullptr;
 };
 
-// Keys by index in time order, with a movable gap. Slot i of `times_` holds
-// the time of the key in slot i of `slots_`; both share the gap.
+// Whether a key is no more than time, value and bits, and so fits the arrays.
+bool IsPlainKey(const Key& key);
+
+// Keys by index in time order, in parallel arrays with one movable gap, so
+// that keys added in time order, and keys deleted one by one while walking
+// the curve, each cost constant time on average.
 class KeyStore {
  public:
-  int32_t size() const { return static_cast<int32_t>(slots_.size() - gapSize()); }
-  Key* at(int32_t index) const;
-  const BaseTime& timeAt(int32_t index) const { return times_[slotOf(index)]; }
-  // The slots held, used or not: what the store costs beside its keys.
-  size_t capacity() const { return slots_.size(); }
-  void insert(int32_t index, std::unique_ptr<Key> key);
-  std::unique_ptr<Key> erase(int32_t index);
+  static constexpr size_t kSpareNodes = 8;
+
+  explicit KeyStore(Curve* owner) : owner_(owner) {}
   ~KeyStore();
-  KeyStore() = default;
   KeyStore(const KeyStore&) = delete;
   KeyStore& operator=(const KeyStore&) = delete;
+
+  int32_t size() const { return static_cast<int32_t>(times_.size() - gapSize()); }
+  const BaseTime& timeAt(int32_t index) const { return times_[slotOf(index)]; }
+  double valueAt(int32_t index) const;
+  uint64_t bitsAt(int32_t index) const;
+  // The node that key `index` has now (its own, or the spare while lent), or null.
+  const Key* nodeAt(int32_t index) const { return nodes_[slotOf(index)]; }
+  // The key as a node, the handle that callers hold (see above); null out of range.
+  Key* at(int32_t index) const;
+  // The slots held, used or not: what the store costs beside its keys.
+  size_t capacity() const { return times_.size(); }
+  // The index of the first key at or after `time`.
+  int32_t lowerBound(const BaseTime& time) const;
+  // Room for `count` keys in all, for a reader that knows how many will come.
+  void reserve(size_t count);
+
+  void insert(int32_t index, std::unique_ptr<Key> key);
+  void insert(int32_t index, const BaseTime& time, double value, uint64_t bits);
+  void erase(int32_t index);
 
  private:
   static constexpr size_t kMinCapacity = 16;
@@ -48,19 +76,37 @@ class KeyStore {
     auto i = static_cast<size_t>(index);
     return i < gapBegin_ ? i : i + gapSize();
   }
+  // Opens a slot at index, the gap moved behind it; gives the slot.
+  size_t openSlot(int32_t index);
   void moveGap(size_t position);
   // Moves the keys into `capacity` slots, the gap at the end.
   void reallocate(size_t capacity);
-  std::vector<Key*> slots_;
+  // A spare for key `index`: a new one while fewer than kSpareNodes are lent,
+  // else the one lent longest ago, taken back from its key.
+  Key* lendSpare(int32_t index) const;
+
+  Curve* owner_;
   std::vector<BaseTime> times_;
+  // Values and bits of keys without a node; a key with a node keeps them there.
+  mutable std::vector<double> values_;
+  mutable std::vector<uint64_t> bits_;
+  mutable std::vector<Key*> nodes_;
   size_t gapBegin_ = 0;
   size_t gapEnd_ = 0;
+  // The spare nodes and the indices of the plain keys they are lent to, in the
+  // order they were lent, the next to take back at `nextSpare_`.
+  struct Spare {
+    Key* node = nullptr;
+    int32_t index = -1;
+  };
+  mutable Spare spares_[kSpareNodes];
+  mutable size_t nextSpare_ = 0;
 };
 
 class Curve : public Node {
  public:
   Curve();
-  KeyStore keys;
+  KeyStore keys{this};
   class Track* track = nullptr;
 };
 

@@ -65,9 +65,10 @@ std::string ProblemOfNode(const Node& node) {
   for (const Node* at = node.trackRoot->firstChild; at; at = at->next) {
     const Track* track = AsTrack(at);
     if (!track || !track->curve) continue;
-    for (int32_t i = 0; i < track->curve->keys.size(); ++i) {
-      const Key& key = *track->curve->keys.at(i);
-      if (NonFinite({key.value}, &shown) || NonFinite(NumbersOf(key.data.raw), &shown)) {
+    const KeyStore& keys = track->curve->keys;
+    for (int32_t i = 0; i < keys.size(); ++i) {
+      const Key* node = keys.nodeAt(i);
+      if (NonFinite({keys.valueAt(i)}, &shown) || (node && NonFinite(NumbersOf(node->data.raw), &shown))) {
         return "key " + std::to_string(i) + " of " + TrackName(*track) + " holds " + shown;
       }
     }

@@ -126,11 +126,13 @@ void TextDump::TrackLine(const Track& track, int depth) {
   }
   const KeyStore& keys = track.curve->keys;
   text += ": " + std::to_string(keys.size()) + (keys.size() == 1 ? " key" : " keys");
-  const auto keyText = [&](const Key& key) {
-    return TimeText(key.time) + " = " +
-           (key.data.kind() == DataKind_Empty ? Number(key.value) : ValueText(key.data.raw, document_));
+  const auto keyText = [&](std::int32_t index) {
+    const Key* node = keys.nodeAt(index);
+    const bool holdsData = node && node->data.kind() != DataKind_Empty;
+    return TimeText(keys.timeAt(index)) + " = " +
+           (holdsData ? ValueText(node->data.raw, document_) : Number(keys.valueAt(index)));
   };
-  if (keys.size() > 0) text += ", first " + keyText(*keys.at(0)) + ", last " + keyText(*keys.at(keys.size() - 1));
+  if (keys.size() > 0) text += ", first " + keyText(0) + ", last " + keyText(keys.size() - 1);
   Line(depth, text);
 }
 

@@ -16,7 +16,10 @@ void VisitWithTracks(const Node& node, const Visit& visit) {
     const Track* track = AsTrack(t);
     if (!track->curve) continue;
     VisitWithTracks(*track->curve, visit);
-    for (std::int32_t i = 0; i < track->curve->keys.size(); ++i) VisitWithTracks(*track->curve->keys.at(i), visit);
+    // A key without a node holds nothing beyond time, value and bits, which no visit looks at.
+    const KeyStore& keys = track->curve->keys;
+    for (std::int32_t i = 0; i < keys.size(); ++i)
+      if (const Key* key = keys.nodeAt(i)) VisitWithTracks(*key, visit);
   }
 }
 

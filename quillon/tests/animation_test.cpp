@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "quillon/api/handles.h"
 #include "quillon/tests/engine_tables.h"
 
 namespace quillon::testing {
@@ -222,6 +223,56 @@ TEST_F(AnimationTest, SplineKeysCarryCopiesOfTheSplineArrays) {
   EXPECT_FALSE(Gd()->Equals(CA()->GetKeyData(key), CA()->GetKeyData(next)));
   ASSERT_TRUE(At()->SetParameter(next, &payloadPath.id, &again.value, 0));
   EXPECT_TRUE(Gd()->Equals(CA()->GetKeyData(key), CA()->GetKeyData(next)));
+}
+
+// Plain keys live in the curve's arrays and borrow a node while a caller holds them: what is
+// set through a handle stays when the node serves other keys, a handle holds while fewer than
+// eight other keys of its curve are asked for, and a key given data through its handle keeps
+// a node of its own.
+TEST_F(AnimationTest, WhatIsSetThroughAHandleStaysWhenTheNodeServesOtherKeys) {
+  AnimTrack* track = Track(positionX.id);
+  AnimCurve* curve = CA()->GetCurve(track, 1, true);
+  for (int frame = 0; frame < 100; ++frame) Key(curve, frame, frame * 2.0, frame % 3 == 0);
+  AnimKey* held = CA()->GetKey(curve, 10);
+  for (int32_t i = 20; i < 27; ++i) CA()->GetKey(curve, i);
+  BaseTime time;
+  CA()->GetKeyTime(held, &time);
+  EXPECT_EQ(FrameOf(time, 30), 10);
+  for (int32_t i = 0; i < 100; ++i) {
+    AnimKey* key = CA()->GetKey(curve, i);
+    EXPECT_EQ(CA()->GetKeyValue(key), i * 2.0);
+    EXPECT_EQ(At()->GetBitFlag(key, kNodeBitKeyLinear), i % 3 == 0);
+  }
+  // Frames 1 and 2 are smooth: the cubic through slopes of 60 a second at both ends is the
+  // line, as is the linear frame 3 to 4.
+  for (const double halfFrame : {3.0, 7.0}) {
+    const BaseTime time(halfFrame, 60);
+    EXPECT_DOUBLE_EQ(CA()->GetCurveValue(track, document, &time, 0), halfFrame);
+  }
+}
+
+TEST_F(AnimationTest, AKeyGivenDataThroughItsHandleKeepsIt) {
+  AnimCurve* curve = CA()->GetCurve(Track(positionX.id), 1, true);
+  BaseTime zero(0, 30);
+  AnimKey* key = CA()->AddKey(curve, &zero, nullptr, 0, 0);
+  Text hello("hello");
+  Data value;
+  Gd()->SetString(&value.value, &hello.value);
+  CA()->SetKeyData(key, curve, &value.value);
+  for (int frame = 1; frame < 40; ++frame) Key(curve, frame, frame);
+  EXPECT_EQ(CA()->GetKey(curve, 0), key);
+  EXPECT_TRUE(Gd()->Equals(CA()->GetKeyData(CA()->GetKey(curve, 0)), &value.value));
+}
+
+TEST_F(AnimationTest, APrunedCurveGivesBackTheRoomItGrewTo) {
+  AnimCurve* curve = CA()->GetCurve(Track(positionX.id), 1, true);
+  for (int frame = 0; frame < 1000; ++frame) Key(curve, frame, 1.0);
+  for (int32_t i = 998; i >= 1; --i) CA()->DeleteKey(curve, i, 0, 0);
+  ASSERT_EQ(CA()->GetKeyCount(curve), 2);
+  EXPECT_LE(CurveOf(curve)->keys.capacity(), 16u);
+  BaseTime time;
+  CA()->GetKeyTime(CA()->GetKey(curve, 1), &time);
+  EXPECT_EQ(FrameOf(time, 30), 999);
 }
 
 }  // namespace
