@@ -36,7 +36,7 @@ template <std::size_t N>
 std::vector<float> ComponentsOf(const Samples& samples, std::array<double, N> Trs::*member) {
   std::vector<float> values;
   for (const Trs& trs : samples.transforms) {
-    for (double c : trs.*member) values.push_back(static_cast<float>(c));
+    for (double c : trs.*member) values.push_back(GltfFloat(c));
   }
   return values;
 }
@@ -119,7 +119,7 @@ void AddAnimation(Conversion& conversion, const std::vector<Object*>& objects) {
   std::map<const Object*, Samples> samples;
   for (const auto& [time, due] : byTime) {
     PoseDocumentAt(conversion.document, time);
-    const float seconds = static_cast<float>(GltfSeconds(conversion, time));
+    const float seconds = GltfFloat(GltfSeconds(conversion, time));
     for (Object* object : due) AddSample(samples[object], seconds, GltfTransform(conversion.document, *object));
   }
   tinygltf::Animation animation;

@@ -1,6 +1,9 @@
 #include "quillon/gltf/gltf_buffer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <sstream>
+#include <string>
 #include <cstring>
 #include <limits>
 
@@ -22,6 +25,16 @@ std::vector<unsigned char>& BufferBytes(tinygltf::Model& model) {
 }
 
 }  // namespace
+
+float GltfFloat(double value) {
+  if (!(std::fabs(value) <= std::numeric_limits<float>::max()))
+  {
+    std::ostringstream text;
+    text << "the number " << value << " lies beyond the 32-bit floats that glTF holds";
+    throw BeyondFloatRange(text.str());
+  }
+  return static_cast<float>(value);
+}
 
 int AddBufferView(tinygltf::Model& model, std::string_view bytes, int target) {
   std::vector<unsigned char>& data = BufferBytes(model);

@@ -3,12 +3,22 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
 #include <tiny_gltf.h>
 
 namespace quillon::gltf {
+
+// A number of the scene that a 32-bit float of a glTF accessor cannot hold.
+struct BeyondFloatRange : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// The value as the 32-bit float that accessors hold; throws BeyondFloatRange for one beyond
+// their range, which a conversion would otherwise turn into an infinity no reader accepts.
+float GltfFloat(double value);
 
 // Appends bytes as a buffer view of their own; `target` is the view's GL target or 0.
 int AddBufferView(tinygltf::Model& model, std::string_view bytes, int target);

@@ -39,9 +39,8 @@ struct MeshData {
 
 void AddVertex(MeshData& mesh, const Vector& scenePoint, const Vector& gltfNormal) {
   const Vector p = ToGltfPoint(scenePoint);
-  mesh.positions.insert(mesh.positions.end(), {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)});
-  mesh.normals.insert(mesh.normals.end(),
-                      {static_cast<float>(gltfNormal.x), static_cast<float>(gltfNormal.y), static_cast<float>(gltfNormal.z)});
+  mesh.positions.insert(mesh.positions.end(), {GltfFloat(p.x), GltfFloat(p.y), GltfFloat(p.z)});
+  mesh.normals.insert(mesh.normals.end(), {GltfFloat(gltfNormal.x), GltfFloat(gltfNormal.y), GltfFloat(gltfNormal.z)});
 }
 
 void PutMesh(Conversion& conversion, const MeshData& data, int material, const std::string& name, tinygltf::Node& node) {

@@ -3,6 +3,7 @@
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/gltf/animation.h"
 #include "quillon/gltf/cameras.h"
+#include "quillon/gltf/gltf_buffer.h"
 #include "quillon/gltf/lights.h"
 #include "quillon/gltf/meshes.h"
 #include "quillon/gltf/object_motion.h"
@@ -110,11 +111,16 @@ bool ConvertScene(Document& document, const ConversionOptions& options, Converte
   model.defaultScene = 0;
 
   PoseDocumentAt(document, conversion.origin);
-  std::vector<Object*> converted;
-  for (Node* top : ChildrenOf(document.objects.get())) {
-    if (Object* object = AsObject(top)) model.scenes.front().nodes.push_back(AddNode(conversion, *object, converted));
+  try {
+    std::vector<Object*> converted;
+    for (Node* top : ChildrenOf(document.objects.get())) {
+      if (Object* object = AsObject(top)) model.scenes.front().nodes.push_back(AddNode(conversion, *object, converted));
+    }
+    AddAnimation(conversion, converted);
+  } catch (const BeyondFloatRange& e) {
+    *problem = e.what();
+    return false;
   }
-  AddAnimation(conversion, converted);
   result.model = std::move(conversion.model);
   result.summary = std::move(conversion.summary);
   return true;

@@ -430,6 +430,14 @@ INSTANTIATE_TEST_SUITE_P(
                   return std::vector<std::string>{d + "/empty.ory", "-o", d + "/out.gltf"};
                 },
                 kBadInput, "orytool: @/empty.ory: the scene holds no object, so there is nothing to convert"},
+        BadCase{"NumberBeyondFloats",
+                [](const std::string& d) {
+                  qae_test::WriteFile(d + "/huge.json", R"({"objects": [{"type": "ObjectType_Plane", "name": "Huge",
+                      "params": [{"id": 1230, "float": 1e300}]}]})");
+                  RunCommand(qae_test::OrytoolPath(), {"build", d + "/huge.json", "-o", d + "/huge.ory"});
+                  return std::vector<std::string>{d + "/huge.ory", "-o", d + "/out.gltf"};
+                },
+                kBadInput, "orytool: @/huge.ory: the number -5e+299 lies beyond the 32-bit floats that glTF holds"},
         BadCase{"WrongSuffix",
                 [](const std::string& d) {
                   return std::vector<std::string>{SceneWithOneNull(d)[0], "-o", d + "/out.obj"};

@@ -75,6 +75,14 @@ TEST_F(SceneConversion, NothingToConvertIsRefused) {
   EXPECT_EQ(problem, "the scene holds no object, so there is nothing to convert");
 }
 
+TEST_F(SceneConversion, ANumberBeyondFloatsIsRefused) {
+  Object* plane = AddObject(document->objects.get(), ObjectType_Plane, u"Huge");
+  SetFloat(plane->params[PlaneParam_Width].raw, 1e300);
+  std::string problem;
+  EXPECT_FALSE(ConvertScene(*document, ConversionOptions{}, converted, &problem));
+  EXPECT_NE(problem.find(" lies beyond the 32-bit floats that glTF holds"), std::string::npos) << problem;
+}
+
 TEST_F(SceneConversion, TheTreeKeepsNamesAndParents) {
   Object* parent = AddObject(document->objects.get(), ObjectType_Null, u"Parent \u00E9");
   AddObject(parent, ObjectType_Null, u"Child");
