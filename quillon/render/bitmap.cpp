@@ -99,7 +99,9 @@ bool ReadLine(const Bitmap& bitmap, int32_t x, int32_t y, int32_t count, uint8_t
   const int32_t channels = ChannelsOfFormat(format);
   const int32_t channelBytes = ChannelBytesOfFormat(format);
   for (int32_t i = 0; i < count; ++i) {
-    const float* pixel = PixelAt(bitmap, x + i, y);
+    const float* shared = PixelAt(bitmap, x + i, y);
+    float pixel[3];
+    for (int32_t c = 0; c < bitmap.channels; ++c) pixel[c] = LoadShared(shared[c]);
     uint8_t* out = buffer + static_cast<ptrdiff_t>(i) * pixelBytes;
     for (int32_t c = 0; c < channels; ++c)
       StoreSample(ChannelValue(pixel, bitmap.channels, channels, c), out + c * channelBytes, channelBytes);

@@ -5,6 +5,7 @@
 // own, and what a saved file holds.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -39,6 +40,16 @@ inline float* PixelAt(Bitmap& bitmap, int32_t x, int32_t y) {
 }
 inline const float* PixelAt(const Bitmap& bitmap, int32_t x, int32_t y) {
   return PixelAt(const_cast<Bitmap&>(bitmap), x, y);
+}
+
+// A render writes the samples of its bitmap while callers read lines of it:
+// those samples are read and written as one relaxed atomic access each, so
+// that a reader sees every sample either before or after its write.
+inline float LoadShared(const float& sample) {
+  return std::atomic_ref<float>(const_cast<float&>(sample)).load(std::memory_order_relaxed);
+}
+inline void StoreShared(float& sample, float value) {
+  std::atomic_ref<float>(sample).store(value, std::memory_order_relaxed);
 }
 
 // Converts count pixels of line y from x to bytes in format, one every

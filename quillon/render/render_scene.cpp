@@ -15,8 +15,9 @@ namespace quillon::render {
 namespace {
 
 void ClearBitmap(Bitmap& bitmap) {
-  std::fill(bitmap.samples.begin(), bitmap.samples.end(), 0.0f);
-  if (bitmap.alpha) std::fill(bitmap.alpha->samples.begin(), bitmap.alpha->samples.end(), 0.0f);
+  for (float& sample : bitmap.samples) StoreShared(sample, 0.0f);
+  if (bitmap.alpha)
+    for (float& sample : bitmap.alpha->samples) StoreShared(sample, 0.0f);
 }
 
 void StoreRow(const RowPixels& row, int32_t y, Bitmap& bitmap) {
@@ -24,11 +25,11 @@ void StoreRow(const RowPixels& row, int32_t y, Bitmap& bitmap) {
     const float* rgb = row.rgb.data() + static_cast<size_t>(x) * 3;
     float* pixel = PixelAt(bitmap, x, y);
     if (bitmap.channels == 3) {
-      std::copy(rgb, rgb + 3, pixel);
+      for (int32_t c = 0; c < 3; ++c) StoreShared(pixel[c], rgb[c]);
     } else {
-      pixel[0] = (rgb[0] + rgb[1] + rgb[2]) / 3.0f;
+      StoreShared(pixel[0], (rgb[0] + rgb[1] + rgb[2]) / 3.0f);
     }
-    if (bitmap.alpha) PixelAt(*bitmap.alpha, x, y)[0] = row.alpha[static_cast<size_t>(x)];
+    if (bitmap.alpha) StoreShared(PixelAt(*bitmap.alpha, x, y)[0], row.alpha[static_cast<size_t>(x)]);
   }
 }
 

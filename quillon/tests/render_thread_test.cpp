@@ -70,6 +70,10 @@ TEST(RenderThreadTest, EndThreadWithWaitStopsARunningRender) {
   job.handle = Bt()->AllocThread(RenderMain, ObjectBreak, &job, Name);
   ASSERT_TRUE(Bt()->StartThread(job.handle, kThreadStartRender, kThreadPriorityLow, 0));
   WaitForRows(job, 0.05);
+  // Read while it runs, as the session does: the rows drawn so far, and clear ones below.
+  EXPECT_TRUE(Bt()->IsThreadRunning(job.handle));
+  EXPECT_EQ(ReadRow(job.bitmap, 0, 1)[0], (Pixel{1, 0, 0, 1}));
+  EXPECT_EQ(ReadRow(job.bitmap, 199, 1)[0], (Pixel{0, 0, 0, 0}));
   Bt()->EndThread(job.handle, 1);
   EXPECT_FALSE(Bt()->IsThreadRunning(job.handle));
   ExpectStoppedMidWay(job);
