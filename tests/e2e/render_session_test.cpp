@@ -212,10 +212,14 @@ TEST_F(RenderSession, TheCommandsAnswerByNumbers) {
   const auto run = Run("stop-render 4294967295\n"
                        "close-render 4294967295\n"
                        "stop-render 12\n"
-                       "close-render 12\n");
+                       "close-render 12\n"
+                       "end-session 12\n");
+  // The end of the session may still run when the script ends: the host waits for it before
+  // the command objects go.
   ASSERT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(Lines(run.out), (std::vector<std::string>{"stop-render 4294967295: 21", "close-render 4294967295: 23",
-                                                      "stop-render 12: -1", "close-render 12: -1"}));
+                                                      "stop-render 12: -1", "close-render 12: -1",
+                                                      "end-session 12: -1"}));
 }
 
 TEST_F(RenderSession, ThePortTestTellsAListenedPortFromAFreeOne) {

@@ -84,6 +84,16 @@ TEST_F(SessionCommands, AnEndOfSessionWhileTheLastOneStillRunsGives31) {
   EXPECT_EQ(session->result, quillon::kCommandDone);
 }
 
+// The end of a session returns at once; its object may be freed while the command still
+// starts on the object's thread.
+TEST_F(SessionCommands, CommandObjectsAreFreedRightAfterAnEndOfSession) {
+  for (uint32_t id = 1; id <= 20; ++id) {
+    EXPECT_EQ(EndSession(id), quillon::kCommandDone);
+    FreeSessionThreads();
+    EXPECT_EQ(SessionCommandObject(), nullptr);
+  }
+}
+
 TEST_F(SessionCommands, AfterAReleaseNothingIsCurrentUntilTheNextSelection) {
   quillon::SessionThread caller;
   ASSERT_TRUE(caller.SelectRender(3));

@@ -164,6 +164,19 @@ TEST_F(SessionRender, ASecondPrepareWithoutAChangeRendersNothing) {
   EXPECT_TRUE(Read(&quillon::ReadFrameChanges).runs.empty());
 }
 
+// A render that a stop of its thread ends counts as done; only StopCurrentRender, or a
+// change, makes the next prepare render again.
+TEST_F(SessionRender, ARenderEndedByItsThreadsStopCountsAsDone) {
+  setenv("QUILLON_RENDER_ROW_DELAY_MS", "30", 1);
+  ASSERT_TRUE(quillon::PrepareRender(*render, kWidth, kHeight, 1, false, true));
+  render->StopThread();
+  EXPECT_EQ(render->renderResult, kRenderResultUserBreak);
+  EXPECT_FALSE(render->dirty);
+  ASSERT_TRUE(quillon::PrepareRender(*render, kWidth, kHeight, 1, false, true));
+  EXPECT_FALSE(render->IsRunning());
+  EXPECT_EQ(render->renderResult, kRenderResultUserBreak);
+}
+
 TEST_F(SessionRender, AnOptionTheSettingsNeverTakeRendersAtEachCall) {
   ASSERT_TRUE(quillon::PrepareRender(*render, kWidth, kHeight, 1, true, true));
   render->Wait();
