@@ -627,6 +627,8 @@ struct ORYOS_At {
 };
 
 struct ORYOS_CA {
+  // Slot 0 is the key's time, which the easing fit and the rebasing read by its place; the
+  // named operations of keys, curves and tracks follow it in the table's order.
   void (*GetKeyTime)(const AnimKey* key, BaseTime* out);
   double (*GetKeyValue)(const AnimKey* key);
   void (*SetKeyValue)(AnimKey* key, AnimCurve* curve, double value);
