@@ -147,6 +147,9 @@ constexpr int32_t NodeKind_Shader = 5707;
 constexpr int32_t NodeKind_Document = 110059;
 constexpr int32_t NodeKind_RenderSettings = 110304;
 constexpr int32_t kMessageMergePlaceholder = 0x40000004;
+constexpr int32_t kActiveObjectNew = 0;
+constexpr int32_t kActiveObjectAdd = 1;
+constexpr int32_t kActiveObjectRemove = 2;
 // A document's parameter that is its current time (GetDocumentTime), a BaseTime.
 constexpr int32_t DocParam_Time = 1000;
 constexpr int32_t kSceneFileVersionCurrent = 25117;
@@ -206,6 +209,8 @@ struct ORYOS_Ge {
                             int32_t reserved2);
   // Moves the render view's camera so that it sees the whole scene.
   void (*FrameCamera)(BaseDocument* document, int32_t mode);
+  // Frees a document with all it holds (as FreeNode).
+  void (*FreeDocument)(BaseDocument* document);
 };
 
 struct ORYOS_Sh {};
@@ -478,6 +483,11 @@ struct ORYOS_Bd {
   RenderData* (*GetFirstSettingsChild)(const RenderData* settings);
   // child goes below settings, behind predecessor or last without one.
   void (*InsertSettingsChild)(RenderData* settings, RenderData* child, RenderData* predecessor);
+  // The active objects: mode kActiveObjectNew makes object the only one (none for null),
+  // kActiveObjectAdd adds it, kActiveObjectRemove takes it away.
+  void (*SetActiveObject)(BaseDocument* document, BaseObject* object, int32_t mode);
+  // array gets the active objects of the document, in the order they became active.
+  void (*GetActiveObjects)(const BaseDocument* document, NodeArray* array);
 };
 
 // Engine threads. The thread calls main(object); the break test of a thread

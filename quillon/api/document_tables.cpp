@@ -153,7 +153,9 @@ const ORYOS_Bd& BdTable() {
                               .InsertRenderSettingsAt = InsertRenderSettingsAt,
                               .SetActiveRenderSettings = SetActiveRenderSettings,
                               .GetFirstSettingsChild = GetFirstSettingsChild,
-                              .InsertSettingsChild = InsertSettingsChild};
+                              .InsertSettingsChild = InsertSettingsChild,
+                              .SetActiveObject = SetActiveObject,
+                              .GetActiveObjects = GetActiveObjects};
   return table;
 }
 

@@ -7,6 +7,7 @@
 #include "quillon/api/handles.h"
 #include "quillon/api/render_services.h"
 #include "quillon/api/scene_file.h"
+#include "quillon/api/session_operations.h"
 #include "quillon/api/tables.h"
 
 namespace quillon {
@@ -55,7 +56,8 @@ const ORYOS_Ge& GeTable() {
                               .InvalidateTexture = InvalidateTexture,
                               .GetEngineFolder = GetEngineFolder,
                               .RenderDocument = RenderDocument,
-                              .FrameCamera = FrameCamera};
+                              .FrameCamera = FrameCamera,
+                              .FreeDocument = FreeDocument};
   return table;
 }
 

@@ -12,10 +12,6 @@
 #include "quillon/model/layer_record.h"
 #include "quillon/model/link_moves.h"
 
-struct NodeArray {
-  std::vector<SceneNode*> items;
-};
-
 namespace quillon {
 namespace {
 

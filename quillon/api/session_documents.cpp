@@ -1,11 +1,13 @@
 // Tables Bc, Bd, Fn and Ln: the render session's nested containers, render
 // settings, views and time of documents, memory files, links of a kind, and
 // the scene states library.
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
 #include "quillon/api/handles.h"
 #include "quillon/api/session_operations.h"
+#include "quillon/api/tables.h"
 #include "quillon/model/links.h"
 #include "quillon/model/memory_file.h"
 #include "quillon/model/scene_states.h"
@@ -138,6 +140,31 @@ void InsertSettingsChild(RenderData* settings, RenderData* child, RenderData* pr
   } else {
     InsertLastUnder(node, parent);
   }
+}
+
+void SetActiveObject(BaseDocument* document, BaseObject* object, int32_t mode) {
+  Document* model = DocumentOfHandle(document);
+  Object* node = ObjectOf(object);
+  if (!model) return;
+  std::vector<uint64_t>& active = model->activeObjectIds;
+  if (mode == kActiveObjectNew) active.clear();
+  if (!node || DocumentOf(node) != model) return;
+  const uint64_t id = LinkIdOf(node);
+  active.erase(std::remove(active.begin(), active.end(), id), active.end());
+  if (mode != kActiveObjectRemove) active.push_back(id);
+}
+
+void GetActiveObjects(const BaseDocument* document, NodeArray* array) {
+  const Document* model = DocumentOfHandle(document);
+  if (!model || !array) return;
+  array->items.clear();
+  for (uint64_t id : model->activeObjectIds) {
+    if (Object* object = AsObject(ResolveLinkIn(id, model))) array->items.push_back(HandleOf<SceneNode>(object));
+  }
+}
+
+void FreeDocument(BaseDocument* document) {
+  if (DocumentOfHandle(document)) BlTable().FreeNode(document);
 }
 
 void SetMemoryRead(Filename* file, const void* data, int64_t size, bool takesOwnership) {

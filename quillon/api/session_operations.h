@@ -4,7 +4,14 @@
 // versions (Hf), links of a kind (Ln) and the scene states library.
 #pragma once
 
+#include <vector>
+
 #include "plugin/engine/engine_ops.h"
+
+// The list of nodes behind AllocNodeArray.
+struct NodeArray {
+  std::vector<SceneNode*> items;
+};
 
 namespace quillon {
 
@@ -37,6 +44,9 @@ bool BcGetFilename(const ParamContainer* container, int32_t id, Filename* out);
 void SetContainer(ParamContainer* container, int32_t id, const ParamContainer* value);
 bool GetContainer(const ParamContainer* container, int32_t id, ParamContainer* out);
 
+// Ge
+void FreeDocument(BaseDocument* document);
+
 // Bd
 SceneStateTree* GetStateData(BaseDocument* document, int32_t reserved1, int32_t reserved2);
 BaseView* GetViewAt(const BaseDocument* document, int32_t index);
@@ -45,6 +55,8 @@ void InsertRenderSettingsAt(BaseDocument* document, RenderData* settings, Render
 void SetActiveRenderSettings(BaseDocument* document, RenderData* settings);
 RenderData* GetFirstSettingsChild(const RenderData* settings);
 void InsertSettingsChild(RenderData* settings, RenderData* child, RenderData* predecessor);
+void SetActiveObject(BaseDocument* document, BaseObject* object, int32_t mode);
+void GetActiveObjects(const BaseDocument* document, NodeArray* array);
 
 // Fn
 void SetMemoryRead(Filename* file, const void* data, int64_t size, bool takesOwnership);

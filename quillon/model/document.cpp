@@ -38,6 +38,7 @@ void Document::Clear() {
   markers = MakeListRoot(this);
   states = MakeListRoot(this);
   currentStateId = 0;
+  activeObjectIds.clear();
   activeSettings = nullptr;
   views.clear();
   activeView = renderView = -1;

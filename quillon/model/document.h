@@ -33,6 +33,9 @@ class Document : public Node {
   // state freed or taken out is no longer current.
   std::unique_ptr<Node> states;
   uint64_t currentStateId = 0;
+  // Link ids of the active objects, in the order they became active; an editor's
+  // selection, not kept in the file.
+  std::vector<uint64_t> activeObjectIds;
   // Null when the document has no active settings node.
   Node* activeSettings = nullptr;
   std::vector<std::unique_ptr<View>> views;

@@ -284,6 +284,32 @@ TEST_F(SessionOperationsTest, ModesAndTheFirstTagReadBack) {
   EXPECT_EQ(Bo()->GetMode(object, 3), 0);
 }
 
+TEST_F(SessionOperationsTest, ActiveObjectsFollowTheModes) {
+  BaseObject* a = Insert();
+  BaseObject* b = Insert();
+  BaseObject* loose = Bo()->AllocObject(ObjectType_Null);
+  NodeArray* active = At()->AllocNodeArray();
+  auto list = [&] {
+    Bd()->GetActiveObjects(document, active);
+    std::vector<SceneNode*> items;
+    for (int32_t i = 0; i < At()->GetNodeArrayCount(active); ++i) items.push_back(At()->GetNodeArrayItem(active, i));
+    return items;
+  };
+  Bd()->SetActiveObject(document, a, kActiveObjectNew);
+  Bd()->SetActiveObject(document, b, kActiveObjectAdd);
+  Bd()->SetActiveObject(document, loose, kActiveObjectAdd);
+  EXPECT_EQ(list(), (std::vector<SceneNode*>{a, b}));
+  Bd()->SetActiveObject(document, a, kActiveObjectRemove);
+  EXPECT_EQ(list(), (std::vector<SceneNode*>{b}));
+  At()->Remove(b);
+  EXPECT_EQ(list(), (std::vector<SceneNode*>{}));
+  Bd()->InsertObject(document, b, nullptr, nullptr, 0, 1);
+  Bd()->SetActiveObject(document, nullptr, kActiveObjectNew);
+  EXPECT_EQ(list(), (std::vector<SceneNode*>{}));
+  At()->FreeNodeArray(active);
+  Bl()->FreeNode(loose);
+}
+
 TEST_F(SessionOperationsTest, ContainersNestAndCompare) {
   ParamContainer list;
   Bc()->InitContainer(&list, -1, 0);
