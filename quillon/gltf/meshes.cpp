@@ -91,7 +91,8 @@ void AddPlaneMesh(Conversion& conversion, Object& plane, tinygltf::Node& node) {
 }
 
 void AddSplineMesh(Conversion& conversion, Object& spline, const Object& extrude, tinygltf::Node& node) {
-  const std::vector<Contour> contours = SplineContours(spline, conversion.origin);
+  PoseSplineForm(spline, conversion.origin);
+  const std::vector<Contour> contours = SplineContours(spline);
   if (HasFormKeys(spline))
     conversion.summary.leftOut.push_back("the form keys of spline " + Quoted(spline) +
                                          " (glTF has no point level animation; the form at the start stays)");

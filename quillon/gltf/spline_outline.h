@@ -1,5 +1,4 @@
-// The contours of a closed spline as polygons: each Bezier segment between two points is cut
-// into straight pieces, and the segments tag says where one contour ends and the next begins.
+// The form of a spline at a time, and its closed contours as polygons to fill.
 #pragma once
 
 #include <vector>
@@ -10,17 +9,17 @@ namespace quillon::gltf {
 
 using Contour = std::vector<Vector>;
 
-// Straight pieces a curved segment is cut into; a segment whose tangents are both zero is a
-// single straight piece.
-constexpr int kPiecesPerCurve = 8;
-
-// The contours of the spline in its own axes. Its form is that of its point and tangent tags,
-// or, when a point level animation track holds keys, that of the key at or before `time`
-// (the first key before them all). Control points stand at a point plus its tangent; repeated
-// points are dropped, and a contour left with fewer than three points is no contour.
-std::vector<Contour> SplineContours(Object& spline, const BaseTime& time);
-
+// Gives the spline the form of its point level animation at `time`: the point and tangent
+// arrays of the key at or before it (the first key when all lie after). A spline without such
+// keys keeps its own arrays.
+void PoseSplineForm(Object& spline, const BaseTime& time);
 // Whether point level animation changes the spline's form over time.
 bool HasFormKeys(Object& spline);
+
+// The polygons of the spline's closed segments as the renderer cuts them, without repeated
+// points and without a contour that repeats an earlier one: the exporter gives every key of a
+// spline as many contours as its fullest one, repeating the last, and a contour twice over
+// would cut itself out under the even-odd rule.
+std::vector<Contour> SplineContours(const Object& spline);
 
 }  // namespace quillon::gltf

@@ -303,6 +303,52 @@ TEST_F(SceneConversion, AClosedSplineInAnExtrudeGetsAFaceWithItsHole) {
   EXPECT_EQ(converted.summary.splineMeshes, 1);
 }
 
+TEST_F(SceneConversion, AContourRepeatedToPadAFormIsFilledOnce) {
+  // The exporter gives a letter of one contour a second one that repeats it when another key
+  // of the spline has two; under the even-odd rule the two would cancel out.
+  Object* extrude = AddObject(document->objects.get(), ObjectType_Extrude, u"H");
+  Object* spline = AddObject(extrude, ObjectType_Spline, u"H Spline");
+  ResizeSplineArrays(*spline, 8, 2);
+  auto* points = static_cast<Vector*>(FindTag(*spline, TagType_Points, 0)->Address());
+  const Vector square[4] = {{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}};
+  std::copy(std::begin(square), std::end(square), points);
+  std::copy(std::begin(square), std::end(square), points + 4);
+  auto* segments = static_cast<SplineSegment*>(FindTag(*spline, TagType_Segments, 0)->Address());
+  segments[0] = {4, 1, {}};
+  segments[1] = {4, 1, {}};
+  Convert();
+  const tinygltf::Model& m = converted.model;
+  const tinygltf::Primitive& p = m.meshes.at(NodeNamed(m, "H Spline").mesh).primitives.at(0);
+  EXPECT_EQ(m.accessors[p.indices].count, 6u);
+}
+
+TEST_F(SceneConversion, ASplineWithFormKeysTakesTheFormOfItsFirstKey) {
+  Object* extrude = AddObject(document->objects.get(), ObjectType_Extrude, u"Wave");
+  Object* spline = AddObject(extrude, ObjectType_Spline, u"Wave Spline");
+  ResizeSplineArrays(*spline, 3, 1);  // its own arrays hold no form: all points at the origin
+  static_cast<SplineSegment*>(FindTag(*spline, TagType_Segments, 0)->Address())[0] = {3, 1, {}};
+  auto* track = new Track({{SplineKeyTrack_Id, DataKind_SplineKey, 0}});
+  track->kind = SplineKeyTrack_Id;
+  track->curve = std::make_unique<Curve>();
+  track->curve->track = track;
+  InsertLastUnder(track, spline->trackList());
+  for (int frame : {30, 31}) {
+    Key* key = AddKeyAt(*track->curve, BaseTime(frame, 30));
+    InitCustom(key->data.raw, DataKind_SplineKey);
+    SplineKeyData& form = *AsSplineKey(key->data.raw);
+    form.points->Resize(3);
+    form.tangents->Resize(3);
+    const double size = frame == 30 ? 10.0 : 20.0;
+    const Vector triangle[3] = {{0, 0, 0}, {size, 0, 0}, {0, size, 0}};
+    std::copy(std::begin(triangle), std::end(triangle), static_cast<Vector*>(form.points->Address()));
+  }
+  Convert();
+  const tinygltf::Model& m = converted.model;
+  const tinygltf::Primitive& p = m.meshes.at(NodeNamed(m, "Wave Spline").mesh).primitives.at(0);
+  EXPECT_EQ(m.accessors[p.attributes.at("POSITION")].maxValues, (std::vector<double>{10, 10, 0}));
+  EXPECT_TRUE(LeftOut(converted.summary, "the form keys of spline \"Wave Spline\""));
+}
+
 TEST_F(SceneConversion, TexturesOnlyOfStillImagesThatCanBeRead) {
   // Every kind of content: its bitmap is a sequence of 100 frames, its text is live text.
   document = format::testing::MakeSampleScene();
