@@ -33,9 +33,10 @@ void StoreRow(const RowPixels& row, int32_t y, Bitmap& bitmap) {
   }
 }
 
+// One entry a line, without a line break behind the last, as a console prints it.
 std::string Lines(const std::vector<std::string>& lines) {
   std::string text;
-  for (const std::string& line : lines) text += line + "\n";
+  for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
   return text;
 }
 
