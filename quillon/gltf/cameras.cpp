@@ -5,6 +5,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/gltf/scene_params.h"
+#include "quillon/render/node_values.h"
 
 namespace quillon::gltf {
 namespace {
@@ -21,16 +22,16 @@ constexpr double kDefaultFocalLength = 36.0;
 // The horizontal field of view: the parameter, else from focal length and film width.
 double HorizontalFieldOfView(const Object& camera) {
   if (camera.type == ObjectType_KvCamera) {
-    const double fov = FloatParam(camera, KvCameraParam_FieldOfView, -1.0);
+    const double fov = render::FloatOf(camera, KvCameraParam_FieldOfView, -1.0);
     if (fov > 0.0) return fov;
-    const Vector fovs = VectorParam(camera, KvCameraParam_FieldOfView, Vector{-1.0, 0.0, 0.0});
+    const Vector fovs = render::VectorOf(camera, KvCameraParam_FieldOfView, Vector{-1.0, 0.0, 0.0});
     if (fovs.x > 0.0) return fovs.x;
   } else {
-    const double fov = FloatParam(camera, CameraParam_FieldOfView, -1.0);
+    const double fov = render::FloatOf(camera, CameraParam_FieldOfView, -1.0);
     if (fov > 0.0) return fov;
   }
-  const double aperture = FloatParam(camera, CameraParam_Aperture, kDefaultAperture);
-  const double focal = FloatParam(camera, CameraParam_FocalLength, kDefaultFocalLength);
+  const double aperture = render::FloatOf(camera, CameraParam_Aperture, kDefaultAperture);
+  const double focal = render::FloatOf(camera, CameraParam_FocalLength, kDefaultFocalLength);
   return 2.0 * std::atan(aperture / (2.0 * focal));
 }
 
@@ -39,10 +40,10 @@ double HorizontalFieldOfView(const Object& camera) {
 double FilmAspect(const Document& document) {
   double width = 1280.0, height = 720.0, pixelAspect = 1.0, film = 0.0;
   if (const Node* settings = document.activeSettings) {
-    width = FloatParam(*settings, RenderParam_Width, width);
-    height = FloatParam(*settings, RenderParam_Height, height);
-    pixelAspect = FloatParam(*settings, RenderParam_PixelAspect, pixelAspect);
-    film = FloatParam(*settings, RenderParam_FilmAspect, 0.0);
+    width = render::FloatOf(*settings, RenderParam_Width, width);
+    height = render::FloatOf(*settings, RenderParam_Height, height);
+    pixelAspect = render::FloatOf(*settings, RenderParam_PixelAspect, pixelAspect);
+    film = render::FloatOf(*settings, RenderParam_FilmAspect, 0.0);
   }
   if (std::isfinite(film) && film > 0.0) return film;
   const double aspect = width * pixelAspect / height;
@@ -57,10 +58,10 @@ void AddCamera(Conversion& conversion, Object& camera, tinygltf::Node& node) {
   const double aspect = FilmAspect(conversion.document);
   tinygltf::Camera gltfCamera;
   gltfCamera.name = ToUtf8(camera.name);
-  if (IntParam(camera, CameraParam_Projection, 0) != 0) {
+  if (render::Int32Of(camera, CameraParam_Projection, 0) != 0) {
     // A parallel view shows the picture at its size in pixels, whatever the distance.
     const Node* settings = conversion.document.activeSettings;
-    const double height = settings ? FloatParam(*settings, RenderParam_Height, 720.0) : 720.0;
+    const double height = settings ? render::FloatOf(*settings, RenderParam_Height, 720.0) : 720.0;
     gltfCamera.type = "orthographic";
     gltfCamera.orthographic.ymag = height / 2.0;
     gltfCamera.orthographic.xmag = height / 2.0 * aspect;

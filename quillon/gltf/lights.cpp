@@ -6,6 +6,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/gltf/scene_params.h"
+#include "quillon/render/node_values.h"
 
 namespace quillon::gltf {
 namespace {
@@ -44,8 +45,8 @@ const char* GltfType(LightKind kind) {
 // inner one must lie below the outer one and the outer one at most a quarter turn.
 void SetCone(const Object& light, tinygltf::Light& gltfLight) {
   const bool kv = light.type == ObjectType_KvLight;
-  double outer = FloatParam(light, kv ? KvLightParam_OuterAngle : LightParam_OuterAngle, kDefaultOuterAngle);
-  double inner = kv ? outer - FloatParam(light, KvLightParam_ConeFalloff, 0.0) : FloatParam(light, LightParam_InnerAngle, outer);
+  double outer = render::FloatOf(light, kv ? KvLightParam_OuterAngle : LightParam_OuterAngle, kDefaultOuterAngle);
+  double inner = kv ? outer - render::FloatOf(light, KvLightParam_ConeFalloff, 0.0) : render::FloatOf(light, LightParam_InnerAngle, outer);
   if (!std::isfinite(outer) || outer <= 0.0) outer = kDefaultOuterAngle;
   if (!std::isfinite(inner)) inner = outer;
   const double outerHalf = std::min(outer / 2.0, std::numbers::pi / 2.0);
@@ -65,8 +66,8 @@ void NoteAnimatedValues(Conversion& conversion, Object& light) {
 }  // namespace
 
 LightKind KindOfLight(const Object& light) {
-  if (light.type == ObjectType_KvLight) return KindOfKvLight(IntParam(light, KvLightParam_Type, 0));
-  return KindOfPlainLight(IntParam(light, LightParam_Type, 0));
+  if (light.type == ObjectType_KvLight) return KindOfKvLight(render::Int32Of(light, KvLightParam_Type, 0));
+  return KindOfPlainLight(render::Int32Of(light, LightParam_Type, 0));
 }
 
 void AddLight(Conversion& conversion, Object& light, tinygltf::Node& node) {
@@ -79,15 +80,15 @@ void AddLight(Conversion& conversion, Object& light, tinygltf::Node& node) {
   tinygltf::Light gltfLight;
   gltfLight.name = ToUtf8(light.name);
   gltfLight.type = GltfType(kind);
-  const Vector colour = VectorParam(light, kv ? KvLightParam_Color : LightParam_Color, Vector{1.0, 1.0, 1.0});
+  const Vector colour = render::VectorOf(light, kv ? KvLightParam_Color : LightParam_Color, Vector{1.0, 1.0, 1.0});
   gltfLight.color = {std::clamp(colour.x, 0.0, 1.0), std::clamp(colour.y, 0.0, 1.0), std::clamp(colour.z, 0.0, 1.0)};
   // The scene's intensity, 1 for full, is written as it stands: glTF's candela and lux have no
   // counterpart in a composition.
-  gltfLight.intensity = std::max(0.0, FloatParam(light, kv ? KvLightParam_Intensity : LightParam_Intensity, 1.0));
+  gltfLight.intensity = std::max(0.0, render::FloatOf(light, kv ? KvLightParam_Intensity : LightParam_Intensity, 1.0));
   if (kind == LightKind::Spot) SetCone(light, gltfLight);
   // A light with a falloff reaches as far as its outer radius.
-  const double radius = FloatParam(light, LightParam_OuterRadius, 0.0);
-  if (kind != LightKind::Directional && !kv && IntParam(light, LightParam_Falloff, 0) != 0 && radius > 0.0)
+  const double radius = render::FloatOf(light, LightParam_OuterRadius, 0.0);
+  if (kind != LightKind::Directional && !kv && render::Int32Of(light, LightParam_Falloff, 0) != 0 && radius > 0.0)
     gltfLight.range = radius;
   NoteAnimatedValues(conversion, light);
   conversion.model.lights.push_back(gltfLight);

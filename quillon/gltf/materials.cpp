@@ -6,6 +6,7 @@
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/gltf/gltf_buffer.h"
 #include "quillon/gltf/scene_params.h"
+#include "quillon/render/node_values.h"
 #include "quillon/model/tag.h"
 
 namespace quillon::gltf {
@@ -24,7 +25,7 @@ int AddTexture(Conversion& conversion, const Node& material, const Node& shader)
   const std::string path = TextParam(shader, BitmapShaderParam_File);
   const std::string subject = "the texture of material " + Quoted(material) + " (" + path + ": ";
   if (path.empty()) return -1;
-  if (IntParam(shader, BitmapShaderParam_LastFrame, 0) > 0) {
+  if (render::Int32Of(shader, BitmapShaderParam_LastFrame, 0) > 0) {
     conversion.summary.leftOut.push_back(subject + "a movie or an image sequence; glTF holds still images)");
     return -1;
   }
@@ -56,10 +57,10 @@ int AddMaterial(Conversion& conversion, Node& material) {
   gltfMaterial.doubleSided = true;
   gltfMaterial.pbrMetallicRoughness.metallicFactor = 0.0;
   gltfMaterial.pbrMetallicRoughness.roughnessFactor = 1.0;
-  const Node* shader = LinkParam(conversion.document, material, MaterialChannel_Color);
+  const Node* shader = render::LinkedNodeOf(material, MaterialChannel_Color, &conversion.document);
   const int texture = shader ? AddTexture(conversion, material, *shader) : -1;
   // A picture shows its own colours; a colour of the material tints it only without one.
-  const Vector colour = texture >= 0 ? Vector{1.0, 1.0, 1.0} : VectorParam(material, MaterialParam_Color, Vector{1.0, 1.0, 1.0});
+  const Vector colour = texture >= 0 ? Vector{1.0, 1.0, 1.0} : render::VectorOf(material, MaterialParam_Color, Vector{1.0, 1.0, 1.0});
   gltfMaterial.pbrMetallicRoughness.baseColorFactor = {std::clamp(colour.x, 0.0, 1.0), std::clamp(colour.y, 0.0, 1.0),
                                                        std::clamp(colour.z, 0.0, 1.0), 1.0};
   gltfMaterial.pbrMetallicRoughness.baseColorTexture.index = texture;
@@ -78,7 +79,7 @@ std::string ImageMimeType(const std::string& bytes) {
 
 int MaterialOfObject(Conversion& conversion, const Object& object) {
   const Tag* tag = FindTag(object, TagType_Texture, 0);
-  Node* material = tag ? LinkParam(conversion.document, *tag, TextureTagParam_Material) : nullptr;
+  Node* material = tag ? render::LinkedNodeOf(*tag, TextureTagParam_Material, &conversion.document) : nullptr;
   if (!material) return -1;
   const auto known = conversion.materialOf.find(material);
   if (known != conversion.materialOf.end()) return known->second;

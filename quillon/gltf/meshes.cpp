@@ -4,7 +4,7 @@
 #include "quillon/gltf/axes.h"
 #include "quillon/gltf/gltf_buffer.h"
 #include "quillon/gltf/materials.h"
-#include "quillon/gltf/scene_params.h"
+#include "quillon/render/node_values.h"
 #include "quillon/gltf/triangulation.h"
 
 namespace quillon::gltf {
@@ -62,15 +62,15 @@ void PutMesh(Conversion& conversion, const MeshData& data, int material, const s
 }  // namespace
 
 void AddPlaneMesh(Conversion& conversion, Object& plane, tinygltf::Node& node) {
-  const int32_t orientation = IntParam(plane, PlaneParam_Orientation, kDefaultPlaneOrientation);
+  const int32_t orientation = render::Int32Of(plane, PlaneParam_Orientation, kDefaultPlaneOrientation);
   if (orientation < 0 || orientation > 5) {
     conversion.summary.leftOut.push_back("the surface of plane " + Quoted(plane) + " (orientation " +
                                          std::to_string(orientation) + " is none of 0 to 5)");
     return;
   }
   const PlaneAxes axes = AxesOfOrientation(orientation);
-  const Vector w = axes.width * (FloatParam(plane, PlaneParam_Width, kDefaultPlaneSize) / 2.0);
-  const Vector h = axes.height * (FloatParam(plane, PlaneParam_Height, kDefaultPlaneSize) / 2.0);
+  const Vector w = axes.width * (render::FloatOf(plane, PlaneParam_Width, kDefaultPlaneSize) / 2.0);
+  const Vector h = axes.height * (render::FloatOf(plane, PlaneParam_Height, kDefaultPlaneSize) / 2.0);
   const Vector normal = ToGltfPoint(axes.normal);
   MeshData mesh;
   // Corners: -w-h, +w-h, +w+h, -w+h; the picture's top row (v = 0) lies along +height.

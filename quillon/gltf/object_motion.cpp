@@ -6,7 +6,7 @@
 #include "quillon/model/animation.h"
 #include "quillon/model/links.h"
 #include "quillon/model/tag.h"
-#include "quillon/gltf/scene_params.h"
+#include "quillon/render/node_values.h"
 
 namespace quillon::gltf {
 namespace {
@@ -23,7 +23,7 @@ bool IsTransformComponent(const Track& track) {
 bool AnimationAllowed(const Document& document, const Object& object) {
   if (object.layerId == 0) return true;
   const Node* layer = ResolveLinkIn(object.layerId, &document);
-  return !layer || IntParam(*layer, LayerParam_Animation, 1) != 0;
+  return !layer || render::Int32Of(*layer, LayerParam_Animation, 1) != 0;
 }
 
 std::vector<const Track*> CountingTransformTracks(const Document& document, Object& object) {
@@ -87,7 +87,7 @@ bool HasTransformTracks(const Document& document, Object& object) {
 
 Object* TargetOf(const Document& document, const Object& object) {
   const Tag* tag = FindTag(object, TagType_Target, 0);
-  Object* target = tag ? AsObject(LinkParam(document, *tag, TargetTagParam_Target)) : nullptr;
+  Object* target = tag ? AsObject(render::LinkedNodeOf(*tag, TargetTagParam_Target, &document)) : nullptr;
   return target == &object ? nullptr : target;
 }
 

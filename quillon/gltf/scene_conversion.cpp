@@ -8,6 +8,7 @@
 #include "quillon/gltf/meshes.h"
 #include "quillon/gltf/object_motion.h"
 #include "quillon/gltf/scene_params.h"
+#include "quillon/render/node_values.h"
 
 namespace quillon::gltf {
 namespace {
@@ -97,7 +98,7 @@ bool ConvertScene(Document& document, const ConversionOptions& options, Converte
   }
   Conversion conversion{document, options, {}, {}, Origin(document, all), {}, {}};
   ConversionSummary& summary = conversion.summary;
-  summary.frameRate = options.frameRate > 0.0 ? options.frameRate : IntParam(document, DocParam_Fps, kNewDocumentFps);
+  summary.frameRate = options.frameRate > 0.0 ? options.frameRate : render::Int32Of(document, DocParam_Fps, kNewDocumentFps);
   if (!(summary.frameRate > 0.0)) summary.frameRate = kNewDocumentFps;
   summary.firstFrame = FrameOf(TimeParam(document, DocParam_MinTime, BaseTime()), summary.frameRate);
   summary.lastFrame = FrameOf(TimeParam(document, DocParam_MaxTime, BaseTime()), summary.frameRate);
