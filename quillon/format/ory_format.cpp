@@ -25,6 +25,7 @@ void EmptyDocument(Document& doc) {
   doc.Clear();
   doc.infoBits = 0;
   doc.layerId = 0;
+  doc.identity = NodeIdentity{};
 }
 
 // The first bytes of the file, up to a whole header: how many there were.

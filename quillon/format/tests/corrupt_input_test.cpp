@@ -296,6 +296,21 @@ TEST(CorruptInput, DamagedIdentityIsNamed) {
   }
 }
 
+// A refused file leaves the document empty, also of the identity the file began to give it.
+TEST(CorruptInput, RefusedFileLeavesNoIdentity) {
+  CraftedFile f;
+  f.U8(kNodePartIdentity);
+  f.U8(1);
+  f.Raw("0123456789abcdef", 16);
+  f.U32(0);
+  f.U8(7);  // a stray byte where the time should begin
+  const std::vector<std::uint8_t> file = f.Sealed();
+  Document doc;
+  std::string error;
+  EXPECT_FALSE(DecodeDocument(file.data(), file.size(), doc, &error));
+  EXPECT_FALSE(HasIdentity(doc.identity)) << error;
+}
+
 TEST(CorruptInput, IdentityInAVersionOneFileIsRefused) {
   CraftedFile f;
   f.U8(kNodePartIdentity);
