@@ -54,7 +54,8 @@ bool WriteFile(DiskFile* file, const void* data, int64_t size) {
 }  // namespace
 
 const ORYOS_Fl& FlTable() {
-  static const ORYOS_Fl table{.AllocFile = AllocFile, .FreeFile = FreeFile, .OpenFile = OpenFile, .WriteFile = WriteFile};
+  static const ORYOS_Fl table{
+      .AllocFile = AllocFile, .FreeFile = FreeFile, .OpenFile = OpenFile, .WriteFile = WriteFile};
   return table;
 }
 

@@ -2,7 +2,6 @@
 #include "quillon/api/render_services.h"
 
 #include <dlfcn.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,6 +13,7 @@
 #include "quillon/api/tables.h"
 #include "quillon/model/value.h"
 #include "quillon/render/frame_camera.h"
+#include "quillon/render/node_values.h"
 #include "quillon/render/render_scene.h"
 #include "quillon/render/texture_cache.h"
 
@@ -84,10 +84,8 @@ int32_t RenderDocument(BaseDocument* document, int32_t, RenderProgress progress,
   render::RenderOptions options;
   if (thread) options.shouldStop = [thread] { return ThreadBreakTest(thread); };
   if (progress) options.progress = [progress, object](double done, int32_t stage) { progress(done, stage, object); };
-  if (const ParamSet* values = SetOf(settings)) {
-    const auto width = values->find(RenderParam_Width);
-    if (width != values->end()) options.documentWidth = AsInt32(width->second.raw);
-  }
+  if (const ParamSet* values = SetOf(settings))
+    options.documentWidth = render::FloatIn(*values, RenderParam_Width, 0.0);
   return render::RenderScene(*model, *bitmap, options).code;
 }
 

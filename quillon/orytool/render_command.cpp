@@ -83,7 +83,8 @@ int RunRender(const RenderArguments& arguments, std::string* error) {
     return kExitFailed;
   }
   render::RenderOptions options;
-  if (document.activeSettings) options.documentWidth = render::FloatOf(*document.activeSettings, RenderParam_Width, 0.0);
+  if (document.activeSettings)
+    options.documentWidth = render::FloatOf(*document.activeSettings, RenderParam_Width, 0.0);
   options.assetFolder = std::filesystem::path(arguments.scene).parent_path().string();
   const bool bar = isatty(STDERR_FILENO) != 0;
   int drawn = -1;  // the percent on the bar, redrawn only when it changes

@@ -79,7 +79,8 @@ TEST_P(RenderDepthTest, APlaneCoversItsBlockAndNothingElse) {
   Frame frame(GetParam());
   ASSERT_EQ(Render(scene, frame.bitmap), kRenderResultOk);
   // 200 x 100 units at one pixel a unit, centred on (200, 100).
-  ExpectPicture(frame.bitmap, GetParam(), [](int32_t x, int32_t y) { return Expected({{100, 50, 300, 150, kRed}}, x, y); });
+  ExpectPicture(frame.bitmap, GetParam(),
+                [](int32_t x, int32_t y) { return Expected({{100, 50, 300, 150, kRed}}, x, y); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Depths, RenderDepthTest, ::testing::Values(1, 2, 4),

@@ -82,7 +82,8 @@ int PngBitDepth(const std::string& png) { return static_cast<unsigned char>(qae_
 class OrytoolRenderDepthTest : public OrytoolRenderTest, public ::testing::WithParamInterface<int> {};
 
 TEST_P(OrytoolRenderDepthTest, ThePlaneCoversItsBlockAtEveryDepth) {
-  const auto run = Render({"--frame", "0", "--size", "400x200", "--depth", std::to_string(GetParam()), "--output", Out()});
+  const auto run =
+      Render({"--frame", "0", "--size", "400x200", "--depth", std::to_string(GetParam()), "--output", Out()});
   ASSERT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err, "");  // no progress bar off a terminal
@@ -157,7 +158,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadRenderCase{"UnknownDepth",
                       {"@/plane.ory", "--frame", "0", "--size", "40x20", "--depth", "12", "-o", "@/frame.png"},
                       kBadInput, "--depth"},
-        BadRenderCase{"UnknownOption", {"@/plane.ory", "--frame", "0", "--size", "40x20", "--fast", "-o", "@/frame.png"},
+        BadRenderCase{"UnknownOption",
+                      {"@/plane.ory", "--frame", "0", "--size", "40x20", "--fast", "-o", "@/frame.png"},
                       kBadInput, "--fast"},
         BadRenderCase{"OutputIsTheScene", {"@/plane.ory", "--frame", "0", "--size", "40x20", "-o", "@/plane.ory"},
                       kBadInput, "@/plane.ory: the output is the scene file itself"},
