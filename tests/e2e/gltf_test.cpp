@@ -310,6 +310,25 @@ TEST_F(GltfTest, AnAmbientLightIsNamedAsNotRepresentable) {
       << result.out;
 }
 
+TEST_F(GltfTest, MarkersAreNamedEventsCountedAtTheFrameRateAsked) {
+  // A new document runs 90 frames at 30 fps, 0 to 3 s; a marker "cut" at 2 s.
+  qae_test::WriteFile(dir + "/marked.json", R"({"objects": [{"type": "ObjectType_Null", "name": "N"}],
+      "markers": [{"name": "cut", "params": [{"id": "MarkerParam_Time", "time": [2, 1]},
+                                             {"id": "MarkerParam_Note", "string": "to the wide shot"}]}]})");
+  ASSERT_EQ(RunCommand(qae_test::OrytoolPath(), {"build", dir + "/marked.json", "-o", dir + "/marked.ory"}).exitCode, 0);
+  const auto result = RunCommand(qae_test::OrytoolPath(),
+                                 {"gltf", dir + "/marked.ory", "-o", dir + "/marked.gltf", "--frame-rate", "24"});
+  ASSERT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_NE(result.out.find(", 1 marker, frames 0..72 at 24 fps\n"), std::string::npos) << result.out;
+  const tinygltf::Model model = Load(dir + "/marked.gltf");
+  // Nothing moves, so the markers stand in the scene's extras.
+  const tinygltf::Value& marker = model.scenes.at(0).extras.Get("markers").Get(0);
+  EXPECT_EQ(marker.Get("name").Get<std::string>(), "cut");
+  EXPECT_EQ(marker.Get("time").GetNumberAsDouble(), 2.0);
+  EXPECT_EQ(marker.Get("frame").GetNumberAsInt(), 48);
+  EXPECT_EQ(marker.Get("note").Get<std::string>(), "to the wide shot");
+}
+
 // A picture of one orange pixel, as PNG.
 const std::string kOnePixelPng(
     "\x89\x50\x4e\x47\x0d\x0a\x1a\x0a\x00\x00\x00\x0d\x49\x48\x44\x52\x00\x00\x00\x01\x00\x00\x00\x01\x08\x02\x00"
