@@ -279,12 +279,16 @@ TEST(IdentityRoundTrip, MarkersAndUniqueIdsComeBack) {
 TEST(IdentityRoundTrip, VersionOneFileStillLoads) {
   std::unique_ptr<Document> original = MakeSampleScene();
   SetUniqueIdOf(original->objects->firstChild->identity, 5, {'x'});
+  // A nested container, which version 1 cannot hold either, is left out.
+  InitCustom(original->params[1029194].raw, DataKind_Container);
+  SetInt32(AsContainer(original->params[1029194].raw)->entries[1000].raw, 0);
   std::vector<std::uint8_t> old;
   std::string error;
   ASSERT_TRUE(EncodeDocumentAs(*original, kFormatVersionWithoutIdentity, old, &error)) << error;
   EXPECT_EQ(FormatVersionOf(old.data(), old.size()), 1u);
   std::unique_ptr<Document> copy = Decode(old);
   EXPECT_FALSE(HasIdentity(copy->objects->firstChild->identity));
+  EXPECT_EQ(copy->params.count(1029194), 0u);
   EXPECT_EQ(copy->objects->firstChild->name, u"project-Comp 1");
   std::vector<std::uint8_t> again = Encode(*copy);
   EXPECT_EQ(FormatVersionOf(again.data(), again.size()), 2u);
