@@ -56,8 +56,10 @@ void RenderThread::StopThread() {
   End(true);
 }
 
+// The engine of this system has no main thread of its own to hand the document to, so the
+// caller's thread frees it.
 void RenderThread::FreeDocument() {
-  if (document) t_ORYOS_Bl->FreeNode(document);
+  if (document) t_ORYOS_Ge->FreeDocument(document);
   document = nullptr;
 }
 
@@ -65,7 +67,8 @@ void RenderThread::DestroyContents() {
   t_ORYOS_Ge->FlushCaches();
   if (bitmap) t_ORYOS_Bm->FreeBitmap(bitmap);
   bitmap = nullptr;
-  FreeDocument();
+  if (document) t_ORYOS_Bl->FreeNode(document);
+  document = nullptr;
   delete[] previousFrame;
   previousFrame = nullptr;
   delete[] lineBuffer;

@@ -27,7 +27,8 @@ class RenderThread : public ORYThread {
   void StopThread();
   // Frees the bitmap, the document, the read buffers and the textures.
   void DestroyContents();
-  // Frees the document alone, as a release of the render does.
+  // Frees the document alone with the engine's FreeDocument, as a release of the render
+  // and the replacement of its document do.
   void FreeDocument();
 
   Bitmap* bitmap = nullptr;

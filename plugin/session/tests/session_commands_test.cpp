@@ -104,7 +104,8 @@ TEST_F(SessionCommands, AfterAReleaseNothingIsCurrentUntilTheNextSelection) {
   EXPECT_FALSE(caller.ReleaseRender(false));
   ASSERT_TRUE(caller.SelectRender(3));
   EXPECT_TRUE(caller.CloseDocument());
-  // Released with `free`, the record goes from the map.
+  // Released with `free`, the record and its document go.
+  caller.CurrentRender()->document = t_ORYOS_Bd->AllocDocument();
   EXPECT_TRUE(caller.ReleaseRender(true));
   EXPECT_EQ(FindRender(caller.renders, 3), nullptr);
 }
