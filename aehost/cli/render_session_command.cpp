@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstring>
 #include <iostream>
 #include <limits>
@@ -29,6 +30,7 @@ constexpr std::size_t kMaxScriptBytes = std::size_t{1} << 20;
 constexpr int32_t kMaxFrameSide = 16384;
 // A frame and the driver's copy of it stay well within the memory of a test machine.
 constexpr int64_t kMaxFramePixels = int64_t{1} << 24;
+constexpr std::size_t kMaxUpdateBytes = std::size_t{256} << 20;
 constexpr int64_t kDefaultWaitSeconds = 300;
 constexpr int64_t kMaxWaitSeconds = 86400;
 constexpr int64_t kMaxSleepMs = 600000;
@@ -36,7 +38,8 @@ constexpr auto kWaitPoll = std::chrono::milliseconds(10);
 
 enum class Verb {
     kSelect, kOpen, kPrepare, kWait, kWaitProgress, kSleep, kState, kRead, kChanges, kStop, kClose, kRelease,
-    kStopRender, kCloseRender, kEndSession, kPort
+    kStopRender, kCloseRender, kEndSession, kPort, kUpdate, kDirty, kTime, kKeepCaches, kCameraValues,
+    kSelectCamera, kLayers, kLayerStates, kObjectPosition, kObjectRotation, kObjectScale
 };
 
 struct VerbName {
@@ -61,6 +64,17 @@ constexpr VerbName kVerbs[] = {
     {"close-render", Verb::kCloseRender},
     {"end-session", Verb::kEndSession},
     {"port", Verb::kPort},
+    {"update", Verb::kUpdate},
+    {"dirty", Verb::kDirty},
+    {"time", Verb::kTime},
+    {"keep-caches", Verb::kKeepCaches},
+    {"camera-values", Verb::kCameraValues},
+    {"select-camera", Verb::kSelectCamera},
+    {"layers", Verb::kLayers},
+    {"layer-states", Verb::kLayerStates},
+    {"object-position", Verb::kObjectPosition},
+    {"object-rotation", Verb::kObjectRotation},
+    {"object-scale", Verb::kObjectScale},
 };
 
 struct ScriptLine {
@@ -78,6 +92,12 @@ struct ScriptLine {
     int64_t amount = 0;        // wait: seconds; sleep: milliseconds
     double progress = 0.0;     // wait-progress: the share of the render to wait for
     uint16_t port = 0;
+    std::string name;              // update: the name the document is sent under
+    std::vector<double> numbers;   // time, camera-values, object-*
+    std::vector<int32_t> indices;  // layers
+    std::string bytes;             // select-camera: the unique id; layer-states, object-*: markers of 16 bytes
+    int32_t whole = 0;             // select-camera: the application; camera-values: the projection; object-rotation: the order
+    bool flag = false;             // keep-caches on, camera-values new, layers objects-on
 };
 
 // A mistake in the script, with the line it is in.
@@ -173,6 +193,114 @@ void ParsePrepare(const std::vector<std::string>& words, ScriptLine& parsed) {
     }
 }
 
+// A finite decimal number.
+double NumberArgument(const std::string& word, const char* what, int line) {
+    double value = std::numeric_limits<double>::quiet_NaN();
+    std::size_t used = 0;
+    try {
+        value = std::stod(word, &used);
+    } catch (const std::exception&) {
+        used = 0;
+    }
+    Expect(used == word.size() && std::isfinite(value), line,
+           std::string(what) + " must be a finite number, not \"" + word + "\"");
+    return value;
+}
+
+void NumberArguments(const std::vector<std::string>& words, std::size_t from, std::size_t count, const char* what,
+                     ScriptLine& parsed) {
+    for (std::size_t i = from; i < from + count; ++i)
+        parsed.numbers.push_back(NumberArgument(words[i], what, parsed.number));
+}
+
+// Bytes written as hex digits, two a byte; `size` 0 takes any whole number of bytes.
+std::string HexArgument(const std::string& word, std::size_t size, const char* what, int line) {
+    const bool wellSized = size ? word.size() == 2 * size : !word.empty() && word.size() % 2 == 0;
+    Expect(wellSized && word.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos, line,
+           std::string(what) + " must be " + (size ? std::to_string(2 * size) : std::string("pairs of")) +
+               " hex digits, not \"" + word + "\"");
+    std::string bytes;
+    for (std::size_t i = 0; i < word.size(); i += 2)
+        bytes.push_back(static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16)));
+    return bytes;
+}
+
+bool OnOffArgument(const std::string& word, const char* on, const char* off, int line) {
+    Expect(word == on || word == off, line, std::string("expected \"") + on + "\" or \"" + off + "\", not \"" + word + "\"");
+    return word == on;
+}
+
+constexpr std::size_t kMarkerBytes = 16;
+constexpr int64_t kMaxLayerIndex = std::numeric_limits<int32_t>::max();
+
+// The update commands and the direct operations on the open document.
+void ParseDocumentLine(const std::string& text, const std::vector<std::string>& words, ScriptLine& parsed) {
+    const int number = parsed.number;
+    switch (parsed.verb) {
+        case Verb::kUpdate: {
+            ExpectCount(words, 3, std::numeric_limits<std::size_t>::max(), "update NAME FILE", number);
+            parsed.name = words[1];
+            const std::string rest = RestAfterVerb(text);
+            parsed.path = RestAfterVerb(rest);
+            break;
+        }
+        case Verb::kTime:
+            ExpectCount(words, 3, 3, "time NUMERATOR DENOMINATOR", number);
+            NumberArguments(words, 1, 2, "a part of the time", parsed);
+            Expect(parsed.numbers[1] >= 1.0, number, "DENOMINATOR must be at least 1, not \"" + words[2] + "\"");
+            break;
+        case Verb::kKeepCaches:
+            ExpectCount(words, 2, 2, "keep-caches on|off", number);
+            parsed.flag = OnOffArgument(words[1], "on", "off", number);
+            break;
+        case Verb::kCameraValues: {
+            const char* usage = "camera-values X Y Z H P B FOCAL APERTURE THIRD PROJECTION [new]";
+            ExpectCount(words, 11, 12, usage, number);
+            NumberArguments(words, 1, 9, "a camera value", parsed);
+            parsed.whole = static_cast<int32_t>(WholeArgument(words, 10, 0, 3, "PROJECTION", number));
+            Expect(words.size() == 11 || words[11] == "new", number, std::string("usage: ") + usage);
+            parsed.flag = words.size() == 12;
+            break;
+        }
+        case Verb::kSelectCamera:
+            ExpectCount(words, 3, 3, "select-camera APPLICATION HEX-ID", number);
+            parsed.whole = static_cast<int32_t>(
+                WholeArgument(words, 1, 1, std::numeric_limits<int32_t>::max(), "APPLICATION", number));
+            parsed.bytes = HexArgument(words[2], 0, "HEX-ID", number);
+            break;
+        case Verb::kLayers:
+            ExpectCount(words, 2, std::numeric_limits<std::size_t>::max(), "layers objects-on|objects-off [INDEX ...]",
+                        number);
+            parsed.flag = OnOffArgument(words[1], "objects-on", "objects-off", number);
+            for (std::size_t i = 2; i < words.size(); ++i)
+                parsed.indices.push_back(static_cast<int32_t>(WholeArgument(words, i, 0, kMaxLayerIndex, "INDEX", number)));
+            break;
+        case Verb::kLayerStates:
+            ExpectCount(words, 2, std::numeric_limits<std::size_t>::max(),
+                        "layer-states objects-on|objects-off [MARKER ...]", number);
+            parsed.flag = OnOffArgument(words[1], "objects-on", "objects-off", number);
+            for (std::size_t i = 2; i < words.size(); ++i) parsed.bytes += HexArgument(words[i], kMarkerBytes, "MARKER", number);
+            break;
+        case Verb::kObjectPosition:
+        case Verb::kObjectScale: {
+            const std::string usage = words[0] + " MARKER X Y Z";
+            ExpectCount(words, 5, 5, usage.c_str(), number);
+            parsed.bytes = HexArgument(words[1], kMarkerBytes, "MARKER", number);
+            NumberArguments(words, 2, 3, "a coordinate", parsed);
+            break;
+        }
+        case Verb::kObjectRotation:
+            ExpectCount(words, 6, 6, "object-rotation MARKER H P B ORDER", number);
+            parsed.bytes = HexArgument(words[1], kMarkerBytes, "MARKER", number);
+            NumberArguments(words, 2, 3, "an angle", parsed);
+            parsed.whole = static_cast<int32_t>(WholeArgument(words, 5, 0, 6, "ORDER", number));
+            break;
+        default:
+            ExpectCount(words, 1, 1, "dirty (no arguments)", number);
+            break;
+    }
+}
+
 ScriptLine ParseLine(const std::string& text, int number) {
     const std::vector<std::string> words = Words(text);
     ScriptLine parsed;
@@ -234,6 +362,9 @@ ScriptLine ParseLine(const std::string& text, int number) {
             ExpectCount(words, 1, 1, usage.c_str(), number);
             break;
         }
+        default:
+            ParseDocumentLine(text, words, parsed);
+            break;
     }
     return parsed;
 }
@@ -271,6 +402,17 @@ struct SessionCalls {
     decltype(&QuillonSessionEndSession) endSession = nullptr;
     decltype(&QuillonSessionFreeThreads) freeThreads = nullptr;
     decltype(&QuillonSessionIsPortFree) isPortFree = nullptr;
+    decltype(&QuillonSessionUpdateDocument) updateDocument = nullptr;
+    decltype(&QuillonSessionIsDirty) isDirty = nullptr;
+    decltype(&QuillonSessionSetDocumentTime) setDocumentTime = nullptr;
+    decltype(&QuillonSessionSetKeepCaches) setKeepCaches = nullptr;
+    decltype(&QuillonSessionSetCameraValues) setCameraValues = nullptr;
+    decltype(&QuillonSessionSelectCamera) selectCamera = nullptr;
+    decltype(&QuillonSessionSendLayerList) sendLayerList = nullptr;
+    decltype(&QuillonSessionSetLayerStates) setLayerStates = nullptr;
+    decltype(&QuillonSessionSetObjectPosition) setObjectPosition = nullptr;
+    decltype(&QuillonSessionSetObjectRotation) setObjectRotation = nullptr;
+    decltype(&QuillonSessionSetObjectScale) setObjectScale = nullptr;
 };
 
 template <class Function>
@@ -298,6 +440,17 @@ bool ResolveSessionCalls(void* library, SessionCalls& calls, std::string* missin
     Resolve(library, "QuillonSessionEndSession", calls.endSession, missing);
     Resolve(library, "QuillonSessionFreeThreads", calls.freeThreads, missing);
     Resolve(library, "QuillonSessionIsPortFree", calls.isPortFree, missing);
+    Resolve(library, "QuillonSessionUpdateDocument", calls.updateDocument, missing);
+    Resolve(library, "QuillonSessionIsDirty", calls.isDirty, missing);
+    Resolve(library, "QuillonSessionSetDocumentTime", calls.setDocumentTime, missing);
+    Resolve(library, "QuillonSessionSetKeepCaches", calls.setKeepCaches, missing);
+    Resolve(library, "QuillonSessionSetCameraValues", calls.setCameraValues, missing);
+    Resolve(library, "QuillonSessionSelectCamera", calls.selectCamera, missing);
+    Resolve(library, "QuillonSessionSendLayerList", calls.sendLayerList, missing);
+    Resolve(library, "QuillonSessionSetLayerStates", calls.setLayerStates, missing);
+    Resolve(library, "QuillonSessionSetObjectPosition", calls.setObjectPosition, missing);
+    Resolve(library, "QuillonSessionSetObjectRotation", calls.setObjectRotation, missing);
+    Resolve(library, "QuillonSessionSetObjectScale", calls.setObjectScale, missing);
     return missing->empty();
 }
 
@@ -446,8 +599,73 @@ class ScriptRun {
                 const bool free = calls_.isPortFree(line.port, &addressFree);
                 return Print(line, std::string(free ? "free" : "taken") + (addressFree ? "" : ", address in use"));
             }
+            default: return RunDocumentLine(line);
         }
         return kExitOk;
+    }
+
+    int RunDocumentLine(const ScriptLine& line) {
+        const double* v = line.numbers.data();
+        const auto* marker = reinterpret_cast<const uint8_t*>(line.bytes.data());
+        switch (line.verb) {
+            case Verb::kUpdate: return Update(line);
+            case Verb::kDirty: {
+                bool dirty = false;
+                if (!calls_.isDirty(session_, &dirty)) return Refused(line, "no render is selected");
+                return Print(line, dirty ? "dirty" : "clean");
+            }
+            case Verb::kTime:
+                if (!calls_.setDocumentTime(session_, v[0], v[1])) return NoDocument(line);
+                return Print(line, "time set");
+            case Verb::kKeepCaches:
+                if (!calls_.setKeepCaches(session_, line.flag)) return NoDocument(line);
+                return Print(line, line.flag ? "caches kept" : "caches not kept");
+            case Verb::kCameraValues:
+                if (!calls_.setCameraValues(session_, v, v + 3, static_cast<float>(v[6]), static_cast<float>(v[7]),
+                                            static_cast<float>(v[8]), line.whole, line.flag))
+                    return Refused(line, "no document is open, or it lacks a render view, an active view or a camera");
+                return Print(line, "camera set");
+            case Verb::kSelectCamera:
+                if (!calls_.selectCamera(session_, line.whole, line.bytes.data(), static_cast<int32_t>(line.bytes.size())))
+                    return Refused(line, "no camera of the open document has that unique id");
+                return Print(line, "camera selected");
+            case Verb::kLayers:
+                if (!calls_.sendLayerList(session_, line.indices.data(), static_cast<int32_t>(line.indices.size()),
+                                          line.flag))
+                    return NoDocument(line);
+                return Print(line, "layers switched");
+            case Verb::kLayerStates:
+                if (!calls_.setLayerStates(session_, marker, static_cast<int32_t>(line.bytes.size() / 16), line.flag))
+                    return NoDocument(line);
+                return Print(line, "layers switched");
+            case Verb::kObjectPosition:
+                if (!calls_.setObjectPosition(session_, marker, v)) return NoObject(line);
+                return Print(line, "object moved");
+            case Verb::kObjectRotation:
+                if (!calls_.setObjectRotation(session_, marker, v, line.whole)) return NoObject(line);
+                return Print(line, "object turned");
+            case Verb::kObjectScale:
+                if (!calls_.setObjectScale(session_, marker, v)) return NoObject(line);
+                return Print(line, "object scaled");
+            default: return kExitOk;
+        }
+    }
+
+    int NoDocument(const ScriptLine& line) { return Refused(line, "no document is open (open a scene first)"); }
+    int NoObject(const ScriptLine& line) {
+        return Refused(line, "no object of the open document has that marker, or no document is open");
+    }
+
+    // The file's bytes go to the session under the name, as a client sends an update.
+    int Update(const ScriptLine& line) {
+        std::string bytes;
+        std::string error;
+        if (!qae::files::ReadWholeFile(line.path, {kMaxUpdateBytes, "an update document"}, &bytes, &error))
+            return Refused(line, error, kExitBadInput);
+        if (!calls_.updateDocument(session_, line.name.c_str(), bytes.data(), static_cast<int64_t>(bytes.size())))
+            return Refused(line, "the render has no document afterwards (no render selected, no document open, or "
+                                 "not a scene file)");
+        return Print(line, "applied");
     }
 
     int Open(const ScriptLine& line) {

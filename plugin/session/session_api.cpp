@@ -1,5 +1,6 @@
 #include "plugin/session/session_api.h"
 
+#include <cstring>
 #include <new>
 
 #include "plugin/engine/owned_filename.h"
@@ -7,6 +8,9 @@
 #include "plugin/engine/engine_start.h"
 #include "plugin/host/frame_report.h"
 #include "plugin/host/plugin_globals.h"
+#include "plugin/session/camera_values.h"
+#include "plugin/session/direct_operations.h"
+#include "plugin/session/document_update.h"
 #include "plugin/session/frame_read.h"
 #include "plugin/session/open_document.h"
 #include "plugin/session/port_test.h"
@@ -24,6 +28,14 @@ namespace {
 
 quillon::RenderThread* CurrentRenderOf(QuillonRenderSession* session) {
   return session ? session->commands.CurrentRender() : nullptr;
+}
+
+Vector VectorOf(const double values[3]) { return Vector{values[0], values[1], values[2]}; }
+
+NodeMarker MarkerOf(const uint8_t* bytes) {
+  NodeMarker marker;
+  std::memcpy(marker.bytes, bytes, sizeof(marker.bytes));
+  return marker;
 }
 
 }  // namespace
@@ -108,6 +120,86 @@ bool QuillonSessionRemoveFile(QuillonRenderSession* session, const char* name) {
   if (!render || !name) return false;
   const OwnedFilename file(name);
   return quillon::RemoveFile(*render, file.value);
+}
+
+bool QuillonSessionUpdateDocument(QuillonRenderSession* session, const char* name, const void* data, int64_t size) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !name || (data && size < 0)) return false;
+  const OwnedFilename file(name);
+  return quillon::SendUpdate(*render, file.value, data, size);
+}
+
+bool QuillonSessionIsDirty(QuillonRenderSession* session, bool* dirty) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !dirty) return false;
+  *dirty = render->dirty;
+  return true;
+}
+
+bool QuillonSessionIsOpen(QuillonRenderSession* session, bool* open) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !open) return false;
+  *open = render->sessionOpen;
+  return true;
+}
+
+bool QuillonSessionSetDocumentTime(QuillonRenderSession* session, double numerator, double denominator) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && quillon::SetTime(*render, BaseTime(numerator, denominator));
+}
+
+bool QuillonSessionSetKeepCaches(QuillonRenderSession* session, bool keep) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && quillon::SetKeepCaches(*render, keep);
+}
+
+bool QuillonSessionSetCameraValues(QuillonRenderSession* session, const double position[3], const double rotation[3],
+                                   float focalLength, float aperture, float third, int32_t projection, bool makeNew) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !position || !rotation) return false;
+  const quillon::CameraValues values{VectorOf(position), VectorOf(rotation), focalLength, aperture, third, projection};
+  return quillon::SetCameraValues(*render, values, makeNew);
+}
+
+bool QuillonSessionSelectCamera(QuillonRenderSession* session, int32_t applicationId, const void* id, int32_t size) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !id || size < 1) return false;
+  return quillon::SelectCamera(*render, applicationId,
+                               std::string(static_cast<const char*>(id), static_cast<std::size_t>(size)));
+}
+
+bool QuillonSessionSendLayerList(QuillonRenderSession* session, const int32_t* indices, int32_t count,
+                                 bool objectsWithoutLayerVisible) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || count < 0 || (count > 0 && !indices)) return false;
+  return quillon::SendLayerList(*render, std::vector<int32_t>(indices, indices + count), objectsWithoutLayerVisible);
+}
+
+bool QuillonSessionSetLayerStates(QuillonRenderSession* session, const uint8_t* markers, int32_t count,
+                                  bool objectsWithoutLayerVisible) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || count < 0 || (count > 0 && !markers)) return false;
+  std::vector<NodeMarker> list(static_cast<std::size_t>(count));
+  for (std::size_t i = 0; i < list.size(); ++i) list[i] = MarkerOf(markers + i * sizeof(NodeMarker));
+  return quillon::SetLayerStates(*render, list, objectsWithoutLayerVisible);
+}
+
+bool QuillonSessionSetObjectPosition(QuillonRenderSession* session, const uint8_t marker[16],
+                                     const double position[3]) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && marker && position && quillon::SetObjectPosition(*render, MarkerOf(marker), VectorOf(position));
+}
+
+bool QuillonSessionSetObjectRotation(QuillonRenderSession* session, const uint8_t marker[16],
+                                     const double rotation[3], int32_t order) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && marker && rotation &&
+         quillon::SetObjectRotation(*render, MarkerOf(marker), VectorOf(rotation), order);
+}
+
+bool QuillonSessionSetObjectScale(QuillonRenderSession* session, const uint8_t marker[16], const double scale[3]) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && marker && scale && quillon::SetObjectScale(*render, MarkerOf(marker), VectorOf(scale));
 }
 
 int32_t QuillonSessionStopRender(uint32_t id) { return StopRender(id); }

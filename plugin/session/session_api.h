@@ -69,6 +69,49 @@ AEGP_EXPORT bool QuillonSessionSendPicture(QuillonRenderSession* session, const 
                                            int32_t format, int32_t width, int32_t height, int32_t stride);
 AEGP_EXPORT bool QuillonSessionRemoveFile(QuillonRenderSession* session, const char* name);
 
+/* A document for the render, named `name` (UTF-8): the `size` bytes at `data`, or the file
+   `name` when `data` is null. The exact name says what it changes: "__updc" the camera,
+   "__upda" the camera looked through, "__updd" the view, "__updr" the render settings,
+   "__updt" the time, "__updl" the layers, "__upds" and an application number a difference
+   merged by unique ids; any other name makes it the whole document. False when the render
+   has no document afterwards. */
+AEGP_EXPORT bool QuillonSessionUpdateDocument(QuillonRenderSession* session, const char* name, const void* data,
+                                              int64_t size);
+/* Whether the next prepare renders again; whether a document is open. */
+AEGP_EXPORT bool QuillonSessionIsDirty(QuillonRenderSession* session, bool* dirty);
+AEGP_EXPORT bool QuillonSessionIsOpen(QuillonRenderSession* session, bool* open);
+
+/* Direct operations on the open document; false without one. The time is a fraction of
+   seconds. */
+AEGP_EXPORT bool QuillonSessionSetDocumentTime(QuillonRenderSession* session, double numerator, double denominator);
+AEGP_EXPORT bool QuillonSessionSetKeepCaches(QuillonRenderSession* session, bool keep);
+/* The cameras of the render and active views take place, rotation (radians) and lens
+   values (focal length 500, aperture 1006, parameter 1000, projection 1001); `makeNew`
+   gives each view a new camera first. */
+AEGP_EXPORT bool QuillonSessionSetCameraValues(QuillonRenderSession* session, const double position[3],
+                                               const double rotation[3], float focalLength, float aperture,
+                                               float third, int32_t projection, bool makeNew);
+/* The views look through the camera with this unique id of application `applicationId`;
+   false when no camera has it. */
+AEGP_EXPORT bool QuillonSessionSelectCamera(QuillonRenderSession* session, int32_t applicationId, const void* id,
+                                            int32_t size);
+/* Switches on the layers at `indices` (depth-first from 0), every other one off, and
+   shows or hides the objects on no layer. */
+AEGP_EXPORT bool QuillonSessionSendLayerList(QuillonRenderSession* session, const int32_t* indices, int32_t count,
+                                             bool objectsWithoutLayerVisible);
+/* The same with the layers given by `count` markers of 16 bytes each. */
+AEGP_EXPORT bool QuillonSessionSetLayerStates(QuillonRenderSession* session, const uint8_t* markers, int32_t count,
+                                              bool objectsWithoutLayerVisible);
+/* The object with the 16-byte `marker` takes a world position, rotation (radians, in
+   `order`) or scale. These leave a running render and the need to render again to the
+   caller. */
+AEGP_EXPORT bool QuillonSessionSetObjectPosition(QuillonRenderSession* session, const uint8_t marker[16],
+                                                 const double position[3]);
+AEGP_EXPORT bool QuillonSessionSetObjectRotation(QuillonRenderSession* session, const uint8_t marker[16],
+                                                 const double rotation[3], int32_t order);
+AEGP_EXPORT bool QuillonSessionSetObjectScale(QuillonRenderSession* session, const uint8_t marker[16],
+                                              const double scale[3]);
+
 /* The three commands; see plugin/session/session_commands.h for their results. */
 AEGP_EXPORT int32_t QuillonSessionStopRender(uint32_t id);
 AEGP_EXPORT int32_t QuillonSessionCloseRender(uint32_t id);
