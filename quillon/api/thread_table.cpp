@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -34,9 +35,13 @@ void NameThread(const EngineThread& thread) {
   pthread_setname_np(pthread_self(), shortName);
 }
 
-// A low priority thread runs with a higher nice value; the system lets any
-// process raise its own threads' nice value.
-void LowerPriority() { setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), 10); }
+// A low priority thread runs ten nice steps behind the thread that started it
+// (at most the system's 19); the system lets any process raise its own
+// threads' nice value.
+void LowerPriority() {
+  const auto self = static_cast<id_t>(gettid());
+  setpriority(PRIO_PROCESS, self, std::min(getpriority(PRIO_PROCESS, self) + 10, 19));
+}
 
 void Join(EngineThread& thread) {
   if (thread.thread.joinable() && thread.thread.get_id() != std::this_thread::get_id()) thread.thread.join();

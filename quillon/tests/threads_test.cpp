@@ -1,6 +1,9 @@
 // Engine threads through table Bt.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -56,6 +59,27 @@ TEST(ThreadsTest, AThreadRunsAgainAfterItEnded) {
   EXPECT_FALSE(Bt()->ThreadBreak(worker.handle));
   Bt()->FreeThread(worker.handle);
   EXPECT_EQ(Bt()->AllocThread(nullptr, NeverBreak, &worker, Name), nullptr);
+}
+
+// The nice value the thread ran with, as the system reports it for that thread.
+struct NiceProbe {
+  std::atomic<int> nice{-100};
+};
+
+void RecordNice(void* object) {
+  static_cast<NiceProbe*>(object)->nice.store(getpriority(PRIO_PROCESS, static_cast<id_t>(gettid())));
+}
+
+TEST(ThreadsTest, PriorityLowRunsTheThreadBehindTheOthers) {
+  const int callers = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+  for (const int32_t priority : {0, kThreadPriorityLow}) {
+    NiceProbe probe;
+    EngineThread* handle = Bt()->AllocThread(RecordNice, NeverBreak, &probe, Name);
+    ASSERT_TRUE(Bt()->StartThread(handle, kThreadStartRender, priority, 0));
+    Bt()->WaitThread(handle, 0);
+    EXPECT_EQ(probe.nice.load(), priority == kThreadPriorityLow ? std::min(callers + 10, 19) : callers);
+    Bt()->FreeThread(handle);
+  }
 }
 
 }  // namespace
