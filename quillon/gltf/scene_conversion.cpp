@@ -15,8 +15,11 @@ namespace {
 
 constexpr int32_t kNewDocumentFps = 30;
 
-// What an object type carries that glTF does not, or an empty text.
+// What an object type carries that glTF does not, or an empty text. What lies inside a sweep
+// is its stroke's path, which the sweep's own line names.
 std::string NotCarried(const Object& object) {
+  const Object* parent = AsObject(VisibleParent(&object));
+  if (parent && parent->type == ObjectType_Sweep) return "";
   switch (object.type) {
     case ObjectType_Text: return "live text " + Quoted(object) + " (its letters are made by the 3D application; export text as character outlines to carry it)";
     case ObjectType_Sweep: return "the stroke of sweep " + Quoted(object) + " (only filled faces are converted)";
