@@ -349,6 +349,18 @@ TEST_F(SceneConversion, ASplineWithFormKeysTakesTheFormOfItsFirstKey) {
   EXPECT_TRUE(LeftOut(converted.summary, "the form keys of spline \"Wave Spline\""));
 }
 
+TEST_F(SceneConversion, ASweepIsNamedOnceWithWhatItHolds) {
+  Object* sweep = AddObject(document->objects.get(), ObjectType_Sweep, u"H-Stroke");
+  AddObject(sweep, ObjectType_TextOutline, u"L-H-StrokeTextOutline");
+  AddObject(sweep, ObjectType_Instance, u"H Spline");
+  AddObject(document->objects.get(), ObjectType_Instance, u"Copy");
+  Convert();
+  EXPECT_EQ(converted.summary.leftOut,
+            (std::vector<std::string>{"the stroke of sweep \"H-Stroke\" (only filled faces are converted)",
+                                      "the copy that instance \"Copy\" shows (generators are not evaluated)"}));
+  EXPECT_EQ(converted.summary.nodes, 4);
+}
+
 TEST_F(SceneConversion, TexturesOnlyOfStillImagesThatCanBeRead) {
   // Every kind of content: its bitmap is a sequence of 100 frames, its text is live text.
   document = format::testing::MakeSampleScene();
