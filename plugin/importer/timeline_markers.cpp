@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "plugin/engine/engine_extensions.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
 #include "plugin/host/plugin_globals.h"
@@ -14,17 +15,10 @@ namespace {
 constexpr A_Err kMarkerFailed = 512;
 constexpr A_Err kMarkerNotMade = 4;
 
+// Looked up once it is found.
 const MarkerLibrary* Markers() {
   static const MarkerLibrary* library = nullptr;
-  if (!library) {
-    static const void* cacheSlot = nullptr;
-    const ExtensionRecord* record = t_ORYOS_Ge->FindExtension(kExtensionMarkers, kExtensionLookupLevel, &cacheSlot);
-    const void* table = nullptr;
-    int32_t id = 0, size = 0;
-    if (record && t_ORYOS_Ge->GetExtensionTable(record, &table, &id, &size) &&
-        size >= static_cast<int32_t>(sizeof(MarkerLibrary)))
-      library = static_cast<const MarkerLibrary*>(table);
-  }
+  if (!library) library = ExtensionLibrary<MarkerLibrary>(kExtensionMarkers);
   return library;
 }
 

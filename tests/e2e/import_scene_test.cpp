@@ -514,7 +514,8 @@ class ImportAtNtscRate : public ImportScene, public ::testing::WithParamInterfac
   // A tagged null with anchor choice 2 holding position x at 0 with keys on document frames
   // 10, 15 and 20; a light of kind 4 (parallel, its point of interest derived from its turn)
   // whose brightness has keys 0.25 at frame 0 and 0.5 at frame 10, turning about y from 0 at
-  // frame 10 to 0.5 radians at frame 20.
+  // frame 10 to 0.5 radians at frame 20; a camera whose field of view has keys at frames 0
+  // and 10.
   void ImportRates() {
     const std::string fps = std::to_string(GetParam().document);
     auto at = [&](int frame) { return "[" + std::to_string(frame) + ", " + fps + "]"; };
@@ -536,8 +537,15 @@ class ImportAtNtscRate : public ImportScene, public ::testing::WithParamInterfac
    "tracks": [{"path": [[90001, 19]], "curve": {"keys": [{"time": )" + at(0) + R"(, "value": 0.25}, {"time": )" +
                                    at(10) + R"(, "value": 0.5}]}},
               {"path": [[904, 23], [1001, 19]], "curve": {"keys": [{"time": )" + at(10) +
-                                   R"(, "value": 0}, {"time": )" + at(20) + R"(, "value": 0.5}]}}]}]})");
+                                   R"(, "value": 0}, {"time": )" + at(20) + R"(, "value": 0.5}]}}]},
+  {"type": "ObjectType_Camera", "name": "Lens",
+   "tracks": [{"path": [[1008, 19]], "curve": {"keys": [{"time": )" + at(0) + R"(, "value": )" + kHalfRightAngle +
+                                   R"(}, {"time": )" + at(10) + R"(, "value": )" + kRightAngle + R"(}]}}]}]})");
   }
+
+  // Fields of view whose zooms on the 640 wide picture are 640 and 320: 2 atan(1/2) and 2 atan(1).
+  static constexpr const char* kHalfRightAngle = "0.9272952180016122";
+  static constexpr const char* kRightAngle = "1.5707963267948966";
 
   // Composition frame `frame` in seconds.
   double Frame(int frame) const { return frame * 100.0 / GetParam().scale; }
@@ -571,6 +579,17 @@ TEST_P(ImportAtNtscRate, LightValuesAreSampledFromSceneFrameZero) {
   EXPECT_DOUBLE_EQ(keys[0]["value"].asDouble(), 50.0);
   EXPECT_DOUBLE_EQ(keys[10]["time"].asDouble(), Frame(10));
   EXPECT_DOUBLE_EQ(keys[10]["value"].asDouble(), 100.0);
+}
+
+// A camera's lens too is sampled from scene frame 0: the zoom of key 0 is that of frame 0.
+TEST_P(ImportAtNtscRate, CameraValuesAreSampledFromSceneFrameZero) {
+  ImportRates();
+  const Json::Value& keys = Layer("Lens")["camera"]["zoom"]["keys"];
+  ASSERT_GE(keys.size(), 11u) << keys;
+  EXPECT_DOUBLE_EQ(keys[0]["time"].asDouble(), 0.0);
+  EXPECT_NEAR(keys[0]["value"].asDouble(), 640.0, 1e-9);
+  EXPECT_DOUBLE_EQ(keys[10]["time"].asDouble(), Frame(10));
+  EXPECT_NEAR(keys[10]["value"].asDouble(), 320.0, 1e-9);
 }
 
 // A light without a target looks 1000 ahead along its turn, and as it turns its point of

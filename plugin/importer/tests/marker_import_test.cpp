@@ -10,6 +10,7 @@
 #include "aehost/core/host.h"
 #include "aehost/core/model_handles.h"
 #include "aehost/model/edit.h"
+#include "plugin/engine/engine_extensions.h"
 #include "plugin/engine/engine_loader.h"
 #include "plugin/engine/engine_tables.h"
 #include "plugin/exporter/scene_ids.h"
@@ -63,6 +64,16 @@ class MarkerImport : public ::testing::Test {
     return err;
   }
 
+  // The markers the document holds, counted through the engine's marker list.
+  int DocumentMarkerCount() const {
+    const auto* markers = ExtensionLibrary<MarkerLibrary>(kExtensionMarkers);
+    int count = 0;
+    for (SceneNode* marker = markers ? markers->GetFirstMarker(document) : nullptr; marker;
+         marker = t_ORYOS_At->GetNext(marker))
+      ++count;
+    return count;
+  }
+
   std::vector<std::string> ErrorTexts() const {
     std::vector<std::string> texts;
     for (const FrameError& error : CurrentCTI()->errors) texts.push_back(error.text);
@@ -84,6 +95,7 @@ double At(int frame) { return static_cast<double>(frame) / kFps; }
 // is left out.
 TEST_F(MarkerImport, MarkersLandOnTheActiveLayerCountedFromTheDocumentsStart) {
   SceneMarkers({{At(12), At(2), "cut"}, {At(12), At(2), "cut"}, {At(13), At(2), "other"}, {At(15), 0.0, "end"}});
+  ASSERT_EQ(DocumentMarkerCount(), 4) << "the scene holds both equal markers";
   // The host keeps one marker a time, so only its trace tells a duplicate left out from one
   // put over its equal.
   aehost::g_host.verbose = true;
