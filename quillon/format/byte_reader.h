@@ -55,6 +55,12 @@ class ByteReader {
   std::uint32_t Count(const char* what, std::size_t minItemBytes);
   // The next `size` bytes into `into`.
   void Bytes(void* into, std::size_t size, const char* what);
+  // The next `size` bytes where they are at hand already, else null; for a record that is read
+  // at once in the common case. Skip then moves past them.
+  const std::uint8_t* AtHand(std::size_t size) const {
+    return static_cast<std::size_t>(end_ - cur_) >= size ? cur_ : nullptr;
+  }
+  void Skip(std::size_t size) { Take(size, "record"); }
 
   std::size_t Offset() const { return base_ + static_cast<std::size_t>(cur_ - begin_); }
   std::size_t Remaining() const { return size_ - Offset(); }

@@ -1,5 +1,6 @@
 #include "quillon/format/document_reader.h"
 
+#include <bit>
 #include <cmath>
 #include <unordered_map>
 #include <vector>
@@ -150,9 +151,33 @@ void ReadParams(ReadContext& c, ParamSet& params, int depth) {
   }
 }
 
+std::uint64_t LittleEndian64(const std::uint8_t* p) {
+  std::uint64_t v = 0;
+  for (int i = 7; i >= 0; --i) v = (v << 8) | p[i];
+  return v;
+}
+
+// The key of a baked track, 37 bytes: a time, a value, bits and no data. When the buffer holds
+// that many and they are such a key, it is taken at once; anything else (a time that is not
+// valid, other parts, data, the key out of order) is left to the full reading, which names it.
+bool ReadBakedKey(ReadContext& c, KeyStore& keys, std::int32_t index) {
+  constexpr std::size_t kBakedKeyBytes = 8 + 8 + 8 + 1 + 8 + 4;
+  const std::uint8_t* p = c.r.AtHand(kBakedKeyBytes);
+  if (!p || p[24] != NodePart_Bits || p[33] != 0 || p[34] != 0 || p[35] != 0 || p[36] != 0) return false;
+  BaseTime time;
+  time.numerator = std::bit_cast<double>(LittleEndian64(p));
+  time.denominator = std::bit_cast<double>(LittleEndian64(p + 8));
+  if (!std::isfinite(time.numerator) || !std::isfinite(time.denominator) || time.denominator < 1.0) return false;
+  if (index > 0 && !(keys.timeAt(index - 1) < time)) return false;
+  keys.insert(index, time, std::bit_cast<double>(LittleEndian64(p + 16)), LittleEndian64(p + 25));
+  c.r.Skip(kBakedKeyBytes);
+  return true;
+}
+
 // Appends key `index` to the curve. Most keys are time, value and bits alone: those go
 // straight into the curve's arrays, and only a key with more gets a node.
 void ReadKey(ReadContext& c, KeyStore& keys, std::int32_t index, int depth) {
+  if (depth <= kMaxDepth && ReadBakedKey(c, keys, index)) return;
   const std::size_t at = c.r.Offset();
   const BaseTime time = ReadTime(c);
   const double value = c.r.F64();
