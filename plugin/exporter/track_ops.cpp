@@ -23,13 +23,14 @@ bool KeysHoldSameData(AnimCurve* curve, int32_t a, int32_t b) {
 struct TrackCursor {
   AnimTrack* track = nullptr;
   AnimCurve* curve = nullptr;
+  int32_t keyCount = 0;  // rebasing rewrites values only, so the count stays
   int32_t next = 0;
   AnimKey* atTime = nullptr;
 
   // The track's value at `time`: the key's own where one stands there, else the curve's.
   double MoveTo(BaseDocument* document, const BaseTime& time) {
     atTime = nullptr;
-    for (const int32_t count = t_ORYOS_CA->GetKeyCount(curve); next < count; ++next) {
+    for (; next < keyCount; ++next) {
       AnimKey* key = t_ORYOS_CA->GetKey(curve, next);
       BaseTime keyTime;
       t_ORYOS_CA->GetKeyTime(key, &keyTime);
@@ -57,6 +58,7 @@ TrackCursor CursorOf(BaseObject* object, int32_t parameter, int32_t component) {
   cursor.track = t_ORYOS_Bl->FindTrack(object, &id.id);
   cursor.curve = CurveOf(cursor.track);
   if (!cursor.curve) cursor.track = nullptr;
+  if (cursor.curve) cursor.keyCount = t_ORYOS_CA->GetKeyCount(cursor.curve);
   return cursor;
 }
 
@@ -85,6 +87,9 @@ Matrix ComposeMatrix(const Vector& position, const Vector& rotation, const Vecto
   m.axisZ = Normalized(m.axisZ) * scale.z;
   return m;
 }
+
+// Whether every component has a track, so that the value before reading them does not matter.
+bool AllComponentsTracked(const TrackCursor* tracks) { return tracks[0].track && tracks[1].track && tracks[2].track; }
 
 // Replaces the components whose track exists with the track's value at `time`.
 void ReadTracks(TrackCursor* tracks, BaseDocument* document, const BaseTime& time, Vector* value) {
@@ -181,11 +186,15 @@ bool RebaseTracksToParent(BaseObject* object, BaseObject* parent, int32_t firstF
   // Rewritten rotations stay nearest to the one before, as baking left them, so that a turn
   // past a full circle does not jump back at each rewritten key.
   std::optional<Vector> previousLocalRotation;
+  // Nothing in the loop changes the order; a component that all three tracks replace need not
+  // be taken from the matrix before.
+  const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
+  const bool rotationTracked = AllComponentsTracked(tracks.rotation);
+  const bool scaleTracked = AllComponentsTracked(tracks.scale);
   for (int32_t i = 0; i <= frameCount; ++i) {
-    const int32_t order = t_ORYOS_Bo->GetRotationOrder(object);
-    Vector rotation = MatrixToRotation(current, order, false);
+    Vector rotation = rotationTracked ? Vector{} : MatrixToRotation(current, order, false);
     Vector position = current.off;
-    Vector scale = AxisLengths(current);
+    Vector scale = scaleTracked ? Vector{} : AxisLengths(current);
     const BaseTime time(i + firstFrame, fps);
     ReadTracks(tracks.position, document, time, &position);
     ReadTracks(tracks.rotation, document, time, &rotation);
