@@ -284,6 +284,8 @@ TEST_F(ImportScene, LightParametersAreTheHostsOwn) {
   // KV light kind 2 is a spot; brightness 0.5 is 100; transparency 0.25 is darkness 75;
   // cone 1 radian; inner = 1 - 0.25, feather (1 - 0.75 / 1) * 100.
   const Json::Value& key = Layer("Key")["light"];
+  // A spot is also what the host makes a new light: that the kind is set at all shows on the
+  // point light below; here only that no other kind replaced the spot.
   EXPECT_EQ(key.get("type", "spot").asString(), "spot");
   EXPECT_DOUBLE_EQ(key["intensity"].asDouble(), 100.0);
   EXPECT_DOUBLE_EQ(key["shadowDarkness"].asDouble(), 75.0);
