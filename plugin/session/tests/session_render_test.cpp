@@ -14,9 +14,11 @@
 #include <vector>
 
 #include "plugin/engine/engine_tables.h"
+#include "plugin/engine/owned_filename.h"
 #include "plugin/exporter/object_material.h"
 #include "plugin/exporter/scene_ids.h"
 #include "plugin/exporter/scene_params.h"
+#include "plugin/exporter/solid_plane.h"
 #include "plugin/session/frame_read.h"
 #include "plugin/session/render_prepare.h"
 #include "plugin/session/render_state.h"
@@ -32,7 +34,8 @@ constexpr int32_t kHeight = 200;
 
 bool InsidePlane(int32_t x, int32_t y) { return x >= 100 && x < 300 && y >= 50 && y < 150; }
 
-BaseDocument* RedPlaneDocument() {
+// The scene; with `picture`, the material's colour channel names that picture file.
+BaseDocument* RedPlaneDocument(const char* picture = nullptr) {
   BaseDocument* document = t_ORYOS_Bd->AllocDocument();
   BaseObject* camera = t_ORYOS_Bo->AllocObject(ObjectType_Camera);
   SetFloatParam(camera, CameraParam_FieldOfView, 2.0 * std::atan(0.2));
@@ -46,6 +49,10 @@ BaseDocument* RedPlaneDocument() {
   Material* red = t_ORYOS_Mt->AllocMaterial(MaterialType_Standard);
   SetVectorParam(red, MaterialParam_Color, {1, 0, 0});
   t_ORYOS_Bd->InsertMaterial(document, red, nullptr, 0);
+  if (picture) {
+    const OwnedFilename file(picture);
+    SetChannelBitmap(red, MaterialChannel_Color, file.value);
+  }
   LinkMaterialTag(plane, red);
   t_ORYOS_Br->SetSceneCamera(t_ORYOS_Bd->GetActiveView(document), camera, 0);
   return document;
@@ -212,6 +219,26 @@ TEST_F(SessionRender, AReadWhileRenderingGivesTheLinesDoneAndAStopBreaksTheRende
   unsetenv("QUILLON_RENDER_ROW_DELAY_MS");
   RenderFrame();
   EXPECT_EQ(render->renderResult, kRenderResultOk);
+}
+
+TEST_F(SessionRender, AMissingPictureIsListedBeforeTheResultLineAndGivenToTheCaller) {
+  OwnedString none;
+  EXPECT_TRUE(quillon::GetMissingAssets(*render, none.get()));  // nothing rendered yet
+  EXPECT_EQ(ToUtf8(*none.get()), "");
+  render->FreeDocument();
+  render->document = RedPlaneDocument("/nonexistent/wood.png");
+  testing::internal::CaptureStderr();
+  RenderFrame();
+  const std::string console = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(render->renderResult, kRenderResultAssetMissing);
+  const auto list = console.find("Missing Assets:\n/nonexistent/wood.png: ");
+  const auto result = console.find("Render process was interrupted - Error: Missing Asset");
+  ASSERT_NE(list, std::string::npos) << console;
+  ASSERT_NE(result, std::string::npos) << console;
+  EXPECT_LT(list, result);
+  OwnedString assets;
+  EXPECT_TRUE(quillon::GetMissingAssets(*render, assets.get()));
+  EXPECT_EQ(ToUtf8(*assets.get()).rfind("/nonexistent/wood.png: ", 0), 0u) << ToUtf8(*assets.get());
 }
 
 // A size change waits for no reader: it is refused while one reads, and the caller asks again.
