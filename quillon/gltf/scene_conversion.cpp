@@ -8,6 +8,7 @@
 #include "quillon/gltf/meshes.h"
 #include "quillon/gltf/object_motion.h"
 #include "quillon/gltf/scene_params.h"
+#include "quillon/render/scene_faces.h"
 #include "quillon/render/node_values.h"
 
 namespace quillon::gltf {
@@ -23,8 +24,8 @@ std::string NotCarried(const Object& object) {
   switch (object.type) {
     case ObjectType_Text: return "live text " + Quoted(object) + " (its letters are made by the 3D application; export text as character outlines to carry it)";
     case ObjectType_Sweep: return "the stroke of sweep " + Quoted(object) + " (only filled faces are converted)";
-    case ObjectType_Instance: return "the copy that instance " + Quoted(object) + " shows (generators are not evaluated)";
-    case ObjectType_Duplicator: return "the copies that duplicator " + Quoted(object) + " makes (generators are not evaluated)";
+    case ObjectType_Instance:
+      return object.generatorCache ? "" : "the copy that instance " + Quoted(object) + " shows (it refers to nothing)";
     case ObjectType_Deformer: return "the bend of deformer " + Quoted(object) + " (deformers are not evaluated)";
     case ObjectType_Polygon: return "the surface of polygon object " + Quoted(object) + " (the scene holds no points of it)";
     default: return "";
@@ -48,25 +49,38 @@ void AddContent(Conversion& conversion, Object& object, tinygltf::Node& node) {
   if (!missing.empty()) conversion.summary.leftOut.push_back(missing);
 }
 
-// Adds the object and everything below it; gives the node's index.
-int AddNode(Conversion& conversion, Object& object, std::vector<Object*>& converted) {
+// Adds the object and everything below it; gives the node's index. As the renderer draws
+// them, an object switched off keeps its node but shows nothing, nor does anything below it;
+// a generator's copies (its cache, built when the document was evaluated) come as a node
+// below it, and a generator that consumes its children shows only those copies.
+int AddNode(Conversion& conversion, Object& object, bool shown, std::vector<Object*>& converted) {
   const int index = static_cast<int>(conversion.model.nodes.size());
   conversion.model.nodes.emplace_back();
   conversion.nodeOf[&object] = index;
   converted.push_back(&object);
   ++conversion.summary.nodes;
+  const bool showsItself = shown && !render::SwitchedOff(object);
   {
     tinygltf::Node node;
     node.name = ToUtf8(object.name);
     SetNodeTransform(conversion.document, object, node);
-    AddContent(conversion, object, node);
+    if (showsItself) AddContent(conversion, object, node);
     conversion.model.nodes[index] = std::move(node);
   }
+  if (shown && !showsItself)
+    conversion.summary.leftOut.push_back("what object " + Quoted(object) + " and all below it show (switched off)");
+  const bool childrenShown = showsItself && !(render::ConsumesChildren(object.type) && object.generatorCache);
+  std::vector<Object*> below;
   for (Node* child : ChildrenOf(&object)) {
-    if (Object* childObject = AsObject(child)) {
-      const int childIndex = AddNode(conversion, *childObject, converted);
-      conversion.model.nodes[index].children.push_back(childIndex);
-    }
+    if (Object* childObject = AsObject(child)) below.push_back(childObject);
+  }
+  for (Object* child : below) {
+    const int childIndex = AddNode(conversion, *child, childrenShown, converted);
+    conversion.model.nodes[index].children.push_back(childIndex);
+  }
+  if (object.generatorCache) {
+    const int cacheIndex = AddNode(conversion, *object.generatorCache, showsItself, converted);
+    conversion.model.nodes[index].children.push_back(cacheIndex);
   }
   return index;
 }
@@ -118,7 +132,7 @@ bool ConvertScene(Document& document, const ConversionOptions& options, Converte
   try {
     std::vector<Object*> converted;
     for (Node* top : ChildrenOf(document.objects.get())) {
-      if (Object* object = AsObject(top)) model.scenes.front().nodes.push_back(AddNode(conversion, *object, converted));
+      if (Object* object = AsObject(top)) model.scenes.front().nodes.push_back(AddNode(conversion, *object, true, converted));
     }
     AddAnimation(conversion, converted);
   } catch (const BeyondFloatRange& e) {

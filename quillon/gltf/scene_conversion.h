@@ -14,7 +14,8 @@ struct ConvertedScene {
   ConversionSummary summary;
 };
 
-// Converts the document, which is posed at the key times on the way. False with the reason
+// Converts the document, which is posed at the key times on the way; the copies of its
+// generators come along when it has been evaluated (EvaluateDocumentCaches). False with the reason
 // when there is nothing to convert (a document without objects) or a number of a surface or
 // a key lies beyond what glTF's 32-bit floats hold.
 bool ConvertScene(Document& document, const ConversionOptions& options, ConvertedScene& result, std::string* problem);

@@ -20,15 +20,6 @@ struct Collector {
   std::vector<Face> faces;
 };
 
-bool SwitchedOff(const Object& object) {
-  return object.modes[kModeRender] == kModeOff || !BoolOf(object, ObjectParam_Enabled, true);
-}
-
-// Generators that consume their children: only their cache is drawn.
-bool ConsumesChildren(int32_t type) {
-  return type == ObjectType_Duplicator || type == ObjectType_ChainGeneratorA || type == ObjectType_ChainGeneratorB;
-}
-
 // The plane's two in-plane axes by its orientation: 0 and 1 face along x,
 // 2 and 3 along y, 4 and 5 along z. Width runs along the first, height along the second.
 void PlaneAxes(int32_t orientation, Vector* widthAxis, Vector* heightAxis) {
@@ -105,6 +96,14 @@ void Collect(Collector& collector, const Object& object) {
 }
 
 }  // namespace
+
+bool SwitchedOff(const Object& object) {
+  return object.modes[kModeRender] == kModeOff || !BoolOf(object, ObjectParam_Enabled, true);
+}
+
+bool ConsumesChildren(int32_t type) {
+  return type == ObjectType_Duplicator || type == ObjectType_ChainGeneratorA || type == ObjectType_ChainGeneratorB;
+}
 
 std::vector<Face> SceneFaces(const Document& document, const std::string& assetFolder,
                              std::vector<std::string>& missing) {

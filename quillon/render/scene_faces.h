@@ -24,4 +24,9 @@ struct Face {
 std::vector<Face> SceneFaces(const Document& document, const std::string& assetFolder,
                              std::vector<std::string>& missing);
 
+// Whether the object is switched off for renders: mode 1 of 1, or Enabled false.
+bool SwitchedOff(const Object& object);
+// Generators that consume their children: only their cache is drawn.
+bool ConsumesChildren(int32_t type);
+
 }  // namespace quillon::render

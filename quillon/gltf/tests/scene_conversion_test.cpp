@@ -10,6 +10,7 @@
 #include "quillon/format/tests/sample_scene.h"
 #include "quillon/gltf/scene_conversion.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/evaluate.h"
 #include "quillon/model/links.h"
 #include "quillon/model/tag.h"
 
@@ -357,8 +358,30 @@ TEST_F(SceneConversion, ASweepIsNamedOnceWithWhatItHolds) {
   Convert();
   EXPECT_EQ(converted.summary.leftOut,
             (std::vector<std::string>{"the stroke of sweep \"H-Stroke\" (only filled faces are converted)",
-                                      "the copy that instance \"Copy\" shows (generators are not evaluated)"}));
+                                      "the copy that instance \"Copy\" shows (it refers to nothing)"}));
   EXPECT_EQ(converted.summary.nodes, 4);
+}
+
+TEST_F(SceneConversion, ADuplicatorShowsItsCopiesAndASwitchedOffObjectNothing) {
+  Object* duplicator = AddObject(document->objects.get(), ObjectType_Duplicator, u"Row");
+  SetInt32(duplicator->params[DuplicatorParam_Count].raw, 2);
+  Object* card = AddObject(duplicator, ObjectType_Plane, u"Card");
+  SetInt32(card->params[PlaneParam_Orientation].raw, 5);
+  Object* off = AddObject(document->objects.get(), ObjectType_Null, u"Off");
+  SetBool(off->params[ObjectParam_Enabled].raw, false);
+  AddObject(off, ObjectType_Light, u"Hidden Lamp");
+  ASSERT_EQ(EvaluateDocumentCaches(*document), "");
+  Convert();
+  const tinygltf::Model& m = converted.model;
+  // Row holds its input Card, without a surface, and the cache of two copies of it.
+  const tinygltf::Node& row = m.nodes[0];
+  ASSERT_EQ(row.children.size(), 2u);
+  EXPECT_EQ(m.nodes[row.children[0]].name, "Card");
+  EXPECT_EQ(m.nodes[row.children[0]].mesh, -1);
+  EXPECT_EQ(converted.summary.planes, 2);
+  EXPECT_EQ(NodeNamed(m, "Hidden Lamp").extensions.size(), 0u);
+  EXPECT_EQ(converted.summary.lights, 0);
+  EXPECT_TRUE(LeftOut(converted.summary, "what object \"Off\" and all below it show (switched off)"));
 }
 
 TEST_F(SceneConversion, TexturesOnlyOfStillImagesThatCanBeRead) {
