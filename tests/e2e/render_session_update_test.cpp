@@ -293,6 +293,21 @@ TEST_F(RenderSessionUpdate, DirectOperationsAndWhetherTheyMakeThePictureOutOfDat
   EXPECT_EQ(PixelsOff(picture, {{0, 200, 50, 150, kRed}}), 0);
 }
 
+// The camera's x is keyed from 0 at time 0 to 200 at one second. Camera values that it
+// already has at time 0 still count as a change, since its animation of them goes: at one
+// second it stands where the values put it, and the block is where it was at time 0.
+TEST_F(RenderSessionUpdate, CameraValuesTakeTheAnimationOfTheCameraAway) {
+  std::string camera = CameraJson(0);
+  camera.insert(camera.size() - 1, R"(, "tracks": [{"path": [[903, 23], [1000, 19]], "curve": {"keys": [
+                    {"time": [0, 1], "value": 0}, {"time": [1, 1], "value": 200}]}}])");
+  const std::string animated =
+      Build("animated", R"({"objects": [)" + camera + ", " + PlaneJson("Plane", "plane", 0, 200, 100, "") +
+                            R"(], "views": [{"scene_camera": "cam", "editor_camera": null}], "render_view": 0})");
+  const Block grey{100, 300, 50, 150, kGrey};
+  EXPECT_EQ(PixelsOff(RenderAfter(animated, "time 1 1\n"), {{0, 100, 50, 150, kGrey}}), 0);
+  EXPECT_EQ(PixelsOff(RenderAfter(animated, "camera-values 0 0 0 0 0 0 0 0 0 0\ntime 1 1\n"), {grey}), 0);
+}
+
 TEST_F(RenderSessionUpdate, AnObjectMovedByMarkerShowsAfterTheCallerAsksForARender) {
   const Picture picture = RenderAfter(scene_, std::string("object-position ") + kPlaneMarker + " -100 0 1000\nstop\n");
   EXPECT_EQ(PixelsOff(picture, {{0, 200, 50, 150, kRed}}), 0);
