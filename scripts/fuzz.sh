@@ -22,6 +22,7 @@ targets=(
   "string_file_fuzz plugin/support/res/strings"
   "scene_header_fuzz quillon/fuzz/corpus"
   "opentype_tables_fuzz plugin/fuzz/opentype_corpus"
+  "update_document_fuzz plugin/fuzz/update_corpus"
   "answers_fuzz -"
   "dialect_fuzz -"
 )
