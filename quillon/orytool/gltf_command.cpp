@@ -1,6 +1,7 @@
 #include "quillon/orytool/gltf_command.h"
 
 #include <cmath>
+#include <sstream>
 
 #include "files/replace_file.h"
 #include "files/same_file.h"
@@ -53,8 +54,10 @@ int RunGltf(const GltfArguments& arguments, std::ostream& out, std::string* erro
     *error = arguments.output + ": the output must end in .gltf (JSON) or .glb (binary)";
     return kExitBadInput;
   }
-  if (arguments.frameRate != 0.0 && !(std::isfinite(arguments.frameRate) && arguments.frameRate > 0.0)) {
-    *error = "--frame-rate must be a positive number of frames a second, not " + std::to_string(arguments.frameRate);
+  if (arguments.frameRate && !(std::isfinite(*arguments.frameRate) && *arguments.frameRate > 0.0)) {
+    std::ostringstream text;
+    text << "--frame-rate must be a positive number of frames a second, not " << *arguments.frameRate;
+    *error = text.str();
     return kExitBadInput;
   }
   Document document;
@@ -71,7 +74,7 @@ int RunGltf(const GltfArguments& arguments, std::ostream& out, std::string* erro
     return kExitBadInput;
   }
   gltf::ConversionOptions options;
-  options.frameRate = arguments.frameRate;
+  options.frameRate = arguments.frameRate.value_or(0.0);
   options.sceneFolder = FolderOf(arguments.scene);
   options.sceneName = StemOf(arguments.scene);
   gltf::ConvertedScene converted;

@@ -2,6 +2,7 @@
 // with a summary of what was converted and what was left out.
 #pragma once
 
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -10,8 +11,8 @@ namespace quillon::orytool {
 struct GltfArguments {
   std::string scene;
   std::string output;
-  // Frames a second by which frames are counted; 0: the document's own rate.
-  double frameRate = 0.0;
+  // Frames a second by which frames are counted; none: the document's own rate.
+  std::optional<double> frameRate;
 };
 
 // Converts and writes the file, and prints the summary to `out`. Gives the exit code: 0 done,

@@ -467,6 +467,11 @@ INSTANTIATE_TEST_SUITE_P(
                   return std::vector<std::string>{SceneWithOneNull(d)[0], "-o", d + "/out.gltf", "--frame-rate", "-5"};
                 },
                 kBadInput, "orytool: --frame-rate must be a positive number of frames a second"},
+        BadCase{"ZeroFrameRate",
+                [](const std::string& d) {
+                  return std::vector<std::string>{SceneWithOneNull(d)[0], "-o", d + "/out.gltf", "--frame-rate", "0"};
+                },
+                kBadInput, "orytool: --frame-rate must be a positive number of frames a second, not 0"},
         BadCase{"MissingFolder",
                 [](const std::string& d) {
                   return std::vector<std::string>{SceneWithOneNull(d)[0], "-o", d + "/no/such/out.gltf"};
