@@ -10,6 +10,7 @@
 #include "quillon/format/identity_record.h"
 #include "quillon/format/record_layout.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/scene_states.h"
 #include "quillon/model/links.h"
 #include "quillon/model/tag.h"
 
@@ -343,6 +344,13 @@ void ReadViews(ReadContext& c, Document& document) {
   document.renderView = ReadIndex(c, "render view index", views);
 }
 
+void ReadStates(ReadContext& c, Document& document) {
+  ReadPlainTree(c, *document.states, NodeClass::State, NodeType_State);
+  const std::vector<Node*> states = StatesInOrder(document);
+  const std::int32_t index = ReadIndex(c, "current state index", static_cast<std::int32_t>(states.size()));
+  if (index >= 0) MakeStateCurrent(document, states[static_cast<std::size_t>(index)]);
+}
+
 // Every node that carried a link id gets one again, and the links, which hold the file's
 // numbers of their targets, get the targets' new ids; numbers of no node link to nothing.
 void RestoreLinks(ReadContext& c) {
@@ -366,6 +374,7 @@ void ReadDocumentBody(ByteReader& r, Document& document, std::uint32_t version) 
   document.activeSettings = ReadActiveSettings(c, document);
   ReadPlainTree(c, *document.markers, NodeClass::Marker, NodeType_Marker);
   ReadViews(c, document);
+  if (version >= kFormatVersion) ReadStates(c, document);
   if (r.Remaining() != 0)
     r.Fail(r.Offset(), Str(static_cast<std::int64_t>(r.Remaining())) + " bytes follow the end of the document");
   RestoreLinks(c);

@@ -10,6 +10,7 @@
 #include "quillon/format/identity_record.h"
 #include "quillon/format/record_layout.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/scene_states.h"
 #include "quillon/model/tag.h"
 
 namespace quillon::format {
@@ -285,6 +286,8 @@ void WriteDocumentBody(ByteWriter& out, const Document& document) {
   w.I32(ActiveSettingsIndex(document));
   WritePlainTree(w, *document.markers);
   WriteViews(w, document);
+  WritePlainTree(w, *document.states);
+  w.I32(CurrentStateIndex(document));
   w.NumberLinks();
   out = std::move(static_cast<ByteWriter&>(w));
 }

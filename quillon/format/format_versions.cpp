@@ -9,6 +9,7 @@ namespace quillon::format {
 namespace {
 
 constexpr std::size_t kVersionOffset = 8;
+constexpr std::size_t kEmptyStateSectionBytes = 4 + 4;
 
 void DropContainers(ParamSet& params);
 
@@ -28,8 +29,10 @@ void DropContainers(ParamSet& params) {
   for (auto& [id, value] : params) DropContainer(value.raw);
 }
 
-// What a version 1 file cannot hold: identities and containers.
+// What a version 1 file cannot hold: identities, containers and scene states.
 void KeepToVersionOne(Document& doc) {
+  doc.states = MakeListRoot(&doc);
+  doc.currentStateId = 0;
   ForEachDocumentNode(doc, [](Node& node) {
     node.identity = NodeIdentity{};
     DropContainers(node.params);
@@ -45,9 +48,9 @@ std::uint32_t FormatVersionFor(std::int32_t applicationVersion) {
                                                                                     : kFormatVersionWithoutIdentity;
 }
 
-// A body without identities and containers is the same in both versions: an older
-// file is the current encoding of a copy that has none, under the older version
-// number, which the checksum (of the body alone) does not cover.
+// A version 1 body is the version 2 body of a copy without identities, containers and
+// states, less the empty state section at its end (a count of 0 and no current state),
+// under the older version number.
 bool EncodeDocumentAs(const Document& doc, std::uint32_t version, std::vector<std::uint8_t>& bytes,
                       std::string* error) {
   if (!EncodeDocument(doc, bytes, error)) return false;
@@ -55,8 +58,12 @@ bool EncodeDocumentAs(const Document& doc, std::uint32_t version, std::vector<st
   Document copy;
   if (!DecodeDocument(bytes.data(), bytes.size(), copy, error)) return false;
   KeepToVersionOne(copy);
-  if (!EncodeDocument(copy, bytes, error)) return false;
-  for (std::size_t i = 0; i < 4; ++i) bytes[kVersionOffset + i] = static_cast<std::uint8_t>(version >> (8 * i));
+  ByteWriter w;
+  if (!EncodeDocument(copy, w.bytes, error)) return false;
+  w.bytes.resize(w.bytes.size() - kEmptyStateSectionBytes);
+  SealFrame(w);
+  for (std::size_t i = 0; i < 4; ++i) w.bytes[kVersionOffset + i] = static_cast<std::uint8_t>(version >> (8 * i));
+  bytes = std::move(w.bytes);
   return true;
 }
 

@@ -20,6 +20,28 @@ bool MakeStateCurrent(Document& document, Node* state) {
   return true;
 }
 
+void AppendDepthFirst(Node* first, std::vector<Node*>& out) {
+  for (Node* at = first; at; at = at->next) {
+    out.push_back(at);
+    AppendDepthFirst(at->firstChild, out);
+  }
+}
+
+std::vector<Node*> StatesInOrder(const Document& document) {
+  std::vector<Node*> states;
+  AppendDepthFirst(document.states->firstChild, states);
+  return states;
+}
+
+int32_t CurrentStateIndex(const Document& document) {
+  const Node* current = CurrentState(document);
+  const std::vector<Node*> states = StatesInOrder(document);
+  for (size_t i = 0; i < states.size(); ++i) {
+    if (states[i] == current) return static_cast<int32_t>(i);
+  }
+  return -1;
+}
+
 Node* CurrentState(const Document& document) {
   Node* state = ResolveLink(document.currentStateId);
   return IsStateOf(document, state) ? state : nullptr;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "quillon/model/document.h"
 
@@ -13,5 +14,10 @@ std::unique_ptr<Node> NewState();
 bool MakeStateCurrent(Document& document, Node* state);
 // The current state, while it is still one of document's states; else null.
 Node* CurrentState(const Document& document);
+// The states depth first: a state, its children, then its next sibling. The scene file
+// and the scene description name the current state by its place in this order.
+std::vector<Node*> StatesInOrder(const Document& document);
+// The place of the current state in that order; -1 for none.
+int32_t CurrentStateIndex(const Document& document);
 
 }  // namespace quillon

@@ -10,6 +10,7 @@
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/model/animation.h"
 #include "quillon/model/links.h"
+#include "quillon/model/scene_states.h"
 #include "quillon/model/tag.h"
 #include "quillon/orytool/scene_json.h"
 #include "quillon/orytool/scene_json_identity.h"
@@ -471,7 +472,8 @@ void JsonReader::ResolveLinks() {
 
 void JsonReader::Read(const Json::Value& root) {
   CheckKeys(root, "$", {"summary", "document", "objects", "materials", "layers", "render_settings",
-                        "active_render_settings", "markers", "views", "active_view", "render_view"});
+                        "active_render_settings", "markers", "views", "active_view", "render_view", "states",
+                        "current_state"});
   if (root.isMember("document")) DocumentFrom(root["document"], "$.document");
   const auto plain = [this](NodeClass nodeClass, std::int32_t type) {
     return [this, nodeClass, type](const Json::Value& v, const std::string& at) {
@@ -502,6 +504,13 @@ void JsonReader::Read(const Json::Value& root) {
   SettingsFrom(root);
   if (root.isMember("markers")) ListFrom(root["markers"], "$.markers", *document_.markers, plain(NodeClass::Marker, NodeType_Marker));
   ViewsFrom(root);
+  if (root.isMember("states")) ListFrom(root["states"], "$.states", *document_.states, plain(NodeClass::State, NodeType_State));
+  if (root.isMember("current_state")) {
+    const std::vector<Node*> states = StatesInOrder(document_);
+    const std::int32_t index =
+        IndexFrom(root["current_state"], "$.current_state", static_cast<std::int32_t>(states.size()));
+    if (index >= 0) MakeStateCurrent(document_, states[static_cast<std::size_t>(index)]);
+  }
   ResolveLinks();
 }
 

@@ -4,6 +4,7 @@
 
 #include "plugin/exporter/scene_ids.h"
 #include "quillon/model/animation.h"
+#include "quillon/model/scene_states.h"
 #include "quillon/model/tag.h"
 #include "quillon/orytool/scene_json.h"
 #include "quillon/orytool/scene_json_identity.h"
@@ -275,6 +276,12 @@ Json::Value JsonWriter::Document(const quillon::Document& document) const {
   }
   out["active_view"] = document.activeView;
   out["render_view"] = document.renderView;
+  // Scene states only when there are any, so that a dump of a document without them
+  // reads as it did before states existed.
+  if (document.states->firstChild) {
+    out["states"] = List(*document.states, plain);
+    out["current_state"] = CurrentStateIndex(document);
+  }
   return out;
 }
 

@@ -52,7 +52,7 @@ struct CraftedFile : ByteWriter {
     for (int i = 0; i < 3; ++i) F64(0);       // offset position
     for (int i = 0; i < 3; ++i) I32(0);       // modes
   }
-  // Time, empty lists, no active settings, no views.
+  // Time, empty lists, no active settings, no views, no scene states.
   void EmptyDocumentTail() {
     F64(0);
     F64(1);
@@ -61,6 +61,8 @@ struct CraftedFile : ByteWriter {
     U32(0);
     U32(0);
     I32(-1);
+    I32(-1);
+    U32(0);
     I32(-1);
   }
   std::vector<std::uint8_t> Sealed() {
@@ -114,7 +116,7 @@ TEST(CorruptInput, ListCountBeyondTheFileIsRefusedBeforeReading) {
   for (int i = 0; i < 4; ++i) file.at(objectCount + i) = 0xFF;
   // 4294967295 objects of at least 53 bytes; 32 bytes of the tail remain.
   EXPECT_EQ(DecodeError(Resealed(file)),
-            "byte 41: list entry count 4294967295 needs at least 227633266635 bytes, 32 remain");
+            "byte 41: list entry count 4294967295 needs at least 227633266635 bytes, 40 remain");
 }
 
 TEST(CorruptInput, TextLongerThanTheFileIsRefused) {
@@ -122,7 +124,7 @@ TEST(CorruptInput, TextLongerThanTheFileIsRefused) {
   f.U8(NodePart_Name);
   f.U32(0x7FFFFFFF);
   f.EmptyDocumentTail();
-  EXPECT_EQ(DecodeError(f.Sealed()), "byte 25: node name length 2147483647 units exceeds the 52 bytes that remain");
+  EXPECT_EQ(DecodeError(f.Sealed()), "byte 25: node name length 2147483647 units exceeds the 60 bytes that remain");
 }
 
 TEST(CorruptInput, KeyCountBeyondTheFileIsRefused) {
@@ -139,7 +141,7 @@ TEST(CorruptInput, KeyCountBeyondTheFileIsRefused) {
   f.U8(0);                 // curve's common block
   f.U32(100000000);        // keys
   f.EmptyDocumentTail();
-  EXPECT_EQ(DecodeError(f.Sealed()), "byte 52: key count 100000000 needs at least 2900000000 bytes, 52 remain");
+  EXPECT_EQ(DecodeError(f.Sealed()), "byte 52: key count 100000000 needs at least 2900000000 bytes, 60 remain");
 }
 
 TEST(CorruptInput, PriorityAndTagCountsBeyondTheFileAreRefused) {
@@ -151,7 +153,7 @@ TEST(CorruptInput, PriorityAndTagCountsBeyondTheFileAreRefused) {
   priority.U32(0xFFFFFFFF);
   priority.EmptyDocumentTail();
   EXPECT_EQ(DecodeError(priority.Sealed()),
-            "byte 37: priority entry count 4294967295 needs at least 17179869180 bytes, 52 remain");
+            "byte 37: priority entry count 4294967295 needs at least 17179869180 bytes, 60 remain");
 
   CraftedFile tag;
   tag.U8(0);
@@ -211,7 +213,7 @@ TEST(CorruptInput, UnknownKindBadIndicesDisorderAndTrailingBytesAreNamed) {
 
   file = active.bytes;
   file.push_back(0);
-  EXPECT_EQ(DecodeError(Resealed(file)), "byte 77: 1 bytes follow the end of the document");
+  EXPECT_EQ(DecodeError(Resealed(file)), "byte 85: 1 bytes follow the end of the document");
 }
 
 TEST(CorruptInput, KeysOutOfTimeOrderAreRefused) {

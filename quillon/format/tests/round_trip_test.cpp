@@ -11,6 +11,7 @@
 #include "quillon/format/tests/sample_scene.h"
 #include "quillon/model/animation.h"
 #include "quillon/model/links.h"
+#include "quillon/model/scene_states.h"
 #include "quillon/model/tag.h"
 
 namespace quillon::format {
@@ -274,8 +275,8 @@ TEST(IdentityRoundTrip, MarkersAndUniqueIdsComeBack) {
   EXPECT_EQ(Encode(*copy), bytes);
 }
 
-// A file of version 1, which knows no identities, is still read; the current writer
-// writes it again as version 2 with the same body.
+// A file of version 1, which knows no identities, is still read, and written as version 1
+// again gives the same bytes.
 TEST(IdentityRoundTrip, VersionOneFileStillLoads) {
   std::unique_ptr<Document> original = MakeSampleScene();
   SetUniqueIdOf(original->objects->firstChild->identity, 5, {'x'});
@@ -290,10 +291,40 @@ TEST(IdentityRoundTrip, VersionOneFileStillLoads) {
   EXPECT_FALSE(HasIdentity(copy->objects->firstChild->identity));
   EXPECT_EQ(copy->params.count(1029194), 0u);
   EXPECT_EQ(copy->objects->firstChild->name, u"project-Comp 1");
-  std::vector<std::uint8_t> again = Encode(*copy);
-  EXPECT_EQ(FormatVersionOf(again.data(), again.size()), 2u);
-  again[8] = 1;
+  const std::vector<std::uint8_t> current = Encode(*copy);
+  EXPECT_EQ(FormatVersionOf(current.data(), current.size()), 2u);
+  std::vector<std::uint8_t> again;
+  ASSERT_TRUE(EncodeDocumentAs(*copy, kFormatVersionWithoutIdentity, again, &error)) << error;
   EXPECT_EQ(again, old);
+}
+
+// The tree of scene states and the current one come back; a version 1 file has none.
+TEST(IdentityRoundTrip, SceneStatesAndTheCurrentOneComeBack) {
+  std::unique_ptr<Document> original = MakeSampleScene();
+  Node* day = NewState().release();
+  Node* night = NewState().release();
+  day->name = u"day";
+  night->name = u"night";
+  InsertLastUnder(day, original->states.get());
+  InsertLastUnder(night, day);
+  ASSERT_TRUE(MakeStateCurrent(*original, night));
+
+  const std::vector<std::uint8_t> bytes = Encode(*original);
+  std::unique_ptr<Document> copy = Decode(bytes);
+  const std::vector<Node*> states = StatesInOrder(*copy);
+  ASSERT_EQ(states.size(), 2u);
+  EXPECT_EQ(states[0]->name, u"day");
+  EXPECT_EQ(states[1]->name, u"night");
+  EXPECT_EQ(states[1]->parent, states[0]);
+  EXPECT_EQ(CurrentState(*copy), states[1]);
+  EXPECT_EQ(Encode(*copy), bytes);
+
+  std::vector<std::uint8_t> old;
+  std::string error;
+  ASSERT_TRUE(EncodeDocumentAs(*original, kFormatVersionWithoutIdentity, old, &error)) << error;
+  std::unique_ptr<Document> oldCopy = Decode(old);
+  EXPECT_TRUE(StatesInOrder(*oldCopy).empty());
+  EXPECT_EQ(CurrentState(*oldCopy), nullptr);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "quillon/format/tests/sample_scene.h"
 #include "quillon/model/animation.h"
 #include "quillon/model/links.h"
+#include "quillon/model/scene_states.h"
 #include "quillon/model/tag.h"
 #include "quillon/orytool/scene_json.h"
 
@@ -246,6 +247,24 @@ TEST(SceneJson, MistakesInIdentitiesAreNamedByTheirPath) {
     EXPECT_EQ(Build(bad.json, &error), nullptr) << bad.json;
     EXPECT_EQ(error, bad.error) << bad.json;
   }
+}
+
+TEST(SceneJson, SceneStatesAreWrittenAndDumped) {
+  std::string error;
+  std::unique_ptr<Document> doc = Build(R"({"states": [{"name": "day", "children": [{"name": "night"}]},
+      {"name": "dusk"}], "current_state": 1})", &error);
+  ASSERT_NE(doc, nullptr) << error;
+  const std::vector<Node*> states = StatesInOrder(*doc);
+  ASSERT_EQ(states.size(), 3u);
+  EXPECT_EQ(states[1]->name, u"night");
+  EXPECT_EQ(CurrentState(*doc), states[1]);
+  const Json::Value dumped = DocumentToJson(*doc);
+  EXPECT_EQ(dumped["current_state"].asInt(), 1);
+  EXPECT_EQ(dumped["states"][0]["children"][0]["name"].asString(), "night");
+  EXPECT_FALSE(DocumentToJson(*NewDocument()).isMember("states"));
+
+  EXPECT_EQ(Build(R"({"states": [{"name": "day"}], "current_state": 1})", &error), nullptr);
+  EXPECT_EQ(error, "$.current_state: 1 is outside -1..0");
 }
 
 }  // namespace
