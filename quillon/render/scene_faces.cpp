@@ -1,6 +1,8 @@
 #include "quillon/render/scene_faces.h"
 
 #include "plugin/exporter/scene_ids.h"
+#include "quillon/model/layer_record.h"
+#include "quillon/model/links.h"
 #include "quillon/render/node_values.h"
 #include "quillon/render/spline_contours.h"
 
@@ -97,8 +99,12 @@ void Collect(Collector& collector, const Object& object) {
 
 }  // namespace
 
+// An object on a scene layer whose render switch is off is left out as well, so that a
+// client switching layers sees its objects go; an object on no layer follows its own mode.
 bool SwitchedOff(const Object& object) {
-  return object.modes[kModeRender] == kModeOff || !BoolOf(object, ObjectParam_Enabled, true);
+  if (object.modes[kModeRender] == kModeOff || !BoolOf(object, ObjectParam_Enabled, true)) return true;
+  const Node* layer = object.layerId != 0 ? ResolveLink(object.layerId) : nullptr;
+  return layer && layer->nodeClass == NodeClass::Layer && LayerRecordOf(*layer).render == 0;
 }
 
 bool ConsumesChildren(int32_t type) {

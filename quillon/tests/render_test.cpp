@@ -99,6 +99,28 @@ TEST(RenderTest, TheNearerOfTwoPlanesHidesTheFarther) {
   });
 }
 
+TEST(RenderTest, AnObjectOnALayerSwitchedOffForRendersIsLeftOut) {
+  SceneUnderCamera scene(kFieldOfView);
+  SceneLayer* layer = Bd()->AllocLayer();
+  At()->InsertUnderRoot(Bd()->GetLayerRoot(scene.document), layer);
+  BaseObject* near = scene.AddPlane(100, 100, {150, 0, 1000});
+  scene.Paint(near, {0, 1, 0});
+  Bl()->SetLayer(near, layer);
+  scene.Paint(scene.AddPlane(200, 100, {0, 0, 1000}), {1, 0, 0});
+  Frame shown(1);
+  ASSERT_EQ(Render(scene, shown.bitmap), kRenderResultOk);
+  ExpectPicture(shown.bitmap, 1, [](int32_t x, int32_t y) {
+    return Expected({{100, 50, 300, 150, kRed}, {300, 50, 400, 150, kGreen}}, x, y);
+  });
+
+  LayerRecord off = *Bl()->GetLayerData(layer, scene.document, 0);
+  off.render = 0;
+  ASSERT_TRUE(Bl()->SetLayerData(layer, scene.document, &off));
+  Frame hidden(1);
+  ASSERT_EQ(Render(scene, hidden.bitmap), kRenderResultOk);
+  ExpectPicture(hidden.bitmap, 1, [](int32_t x, int32_t y) { return Expected({{100, 50, 300, 150, kRed}}, x, y); });
+}
+
 TEST(RenderTest, AParallelCameraDrawsOneUnitAPixelAtTheDocumentWidth) {
   SceneUnderCamera scene(kFieldOfView);
   Bc()->SetInt32(Params(scene.camera), CameraParam_Projection, 4);
