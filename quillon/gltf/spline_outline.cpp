@@ -58,7 +58,7 @@ std::vector<Contour> SplineContours(const Object& spline) {
   std::vector<Contour> contours;
   for (const Contour& polygon : render::ClosedContoursOf(spline)) {
     Contour contour = WithoutRepeatedPoints(polygon);
-    if (contour.size() < 3 || std::find(contours.begin(), contours.end(), contour) != contours.end()) continue;
+    if (contour.size() < 3) continue;
     contours.push_back(std::move(contour));
   }
   return contours;

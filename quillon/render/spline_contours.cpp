@@ -35,6 +35,14 @@ std::vector<Vector> Contour(const Tag& points, const Tag* tangents, int32_t firs
   return contour;
 }
 
+// The exporter pads every form of a letter or shape to its fullest contour count by
+// repeating the last contour. Under the even-odd rule the copy would cancel its original
+// and a one-contour letter would vanish, so a repeat is kept once.
+void AddUnlessRepeated(std::vector<std::vector<Vector>>& contours, std::vector<Vector> contour) {
+  if (std::find(contours.begin(), contours.end(), contour) != contours.end()) return;
+  contours.push_back(std::move(contour));
+}
+
 }  // namespace
 
 std::vector<std::vector<Vector>> ClosedContoursOf(const Object& spline) {
@@ -53,7 +61,7 @@ std::vector<std::vector<Vector>> ClosedContoursOf(const Object& spline) {
     const SplineSegment segment = ElementAt<SplineSegment>(*segments, s);
     if (segment.count < 0 || segment.count > points->count - first) break;
     if ((segment.closed || splineClosed) && segment.count >= 3)
-      contours.push_back(Contour(*points, tangents, first, segment.count));
+      AddUnlessRepeated(contours, Contour(*points, tangents, first, segment.count));
     first += segment.count;
   }
   return contours;

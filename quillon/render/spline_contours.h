@@ -12,7 +12,8 @@ namespace quillon::render {
 // Straight steps a curved piece is cut into.
 constexpr int32_t kCurveSteps = 16;
 
-// One polygon per closed segment; open segments give none. A spline without
+// One polygon per closed segment; open segments give none, and a segment that
+// repeats an earlier one point for point gives none either. A spline without
 // a segment tag is one segment, closed when its Closed parameter says so.
 std::vector<std::vector<Vector>> ClosedContoursOf(const Object& spline);
 

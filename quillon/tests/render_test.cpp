@@ -157,6 +157,27 @@ TEST(RenderTest, AClosedSplineUnderAnExtrudeIsFilledWithItsHoleLeftOut) {
   });
 }
 
+TEST(RenderTest, AContourRepeatedToPadAFormIsFilledOnce) {
+  SceneUnderCamera scene(kFieldOfView);
+  BaseObject* extrude = scene.Add(ObjectType_Extrude, {0, 0, 0});
+  scene.Paint(extrude, {0, 1, 0});
+  BaseObject* spline = Bo()->AllocSpline(0, 0);
+  const Vector position{0, 0, 1000};
+  Bo()->SetPosition(spline, &position);
+  Bd()->InsertObject(scene.document, spline, extrude, nullptr, 0, 1);
+  Bo()->ResizeSpline(spline, 8, 2);
+  auto* points = static_cast<Vector*>(Bo()->GetTagData(spline, TagType_Points, 0));
+  const Vector corners[4] = {{-50, -50, 0}, {50, -50, 0}, {50, 50, 0}, {-50, 50, 0}};
+  std::copy(corners, corners + 4, points);
+  std::copy(corners, corners + 4, points + 4);
+  auto* segments = static_cast<SplineSegment*>(Bo()->GetTagData(spline, TagType_Segments, 0));
+  segments[0] = {4, 1, {}};
+  segments[1] = {4, 1, {}};
+  Frame frame(1);
+  ASSERT_EQ(Render(scene, frame.bitmap), kRenderResultOk);
+  ExpectPicture(frame.bitmap, 1, [](int32_t x, int32_t y) { return Expected({{150, 50, 250, 150, kGreen}}, x, y); });
+}
+
 // Two by two texels: red, green on top; blue, white below.
 Bitmap* Quarters() {
   Bitmap* picture = Bm()->AllocBitmapSized(2, 2, kBitmapDepth8);
