@@ -133,8 +133,9 @@ TEST(RenderTest, AParallelCameraDrawsOneUnitAPixelAtTheDocumentWidth) {
   ExpectPicture(frame.bitmap, 1, [](int32_t x, int32_t y) { return Expected({{100, 50, 300, 150, kRed}}, x, y); });
 }
 
-TEST(RenderTest, AClosedSplineUnderAnExtrudeIsFilledWithItsHoleLeftOut) {
-  SceneUnderCamera scene(kFieldOfView);
+// A green extruded spline at 1000 of two closed segments of four points each, the
+// given eight points; one unit is one pixel there.
+void AddTwoSquareSpline(SceneUnderCamera& scene, const Vector (&corners)[8]) {
   BaseObject* extrude = scene.Add(ObjectType_Extrude, {0, 0, 0});
   scene.Paint(extrude, {0, 1, 0});
   BaseObject* spline = Bo()->AllocSpline(0, 0);
@@ -142,14 +143,18 @@ TEST(RenderTest, AClosedSplineUnderAnExtrudeIsFilledWithItsHoleLeftOut) {
   Bo()->SetPosition(spline, &position);
   Bd()->InsertObject(scene.document, spline, extrude, nullptr, 0, 1);
   Bo()->ResizeSpline(spline, 8, 2);
-  auto* points = static_cast<Vector*>(Bo()->GetTagData(spline, TagType_Points, 0));
-  // A square of 100 units and, inside, one of 50: the even-odd rule makes it a hole.
-  const Vector corners[8] = {{-50, -50, 0}, {50, -50, 0}, {50, 50, 0}, {-50, 50, 0},
-                             {-25, -25, 0}, {25, -25, 0}, {25, 25, 0}, {-25, 25, 0}};
-  std::copy(corners, corners + 8, points);
+  std::copy(corners, corners + 8, static_cast<Vector*>(Bo()->GetTagData(spline, TagType_Points, 0)));
   auto* segments = static_cast<SplineSegment*>(Bo()->GetTagData(spline, TagType_Segments, 0));
   segments[0] = {4, 1, {}};
   segments[1] = {4, 1, {}};
+}
+
+TEST(RenderTest, AClosedSplineUnderAnExtrudeIsFilledWithItsHoleLeftOut) {
+  SceneUnderCamera scene(kFieldOfView);
+  // A square of 100 units and, inside, one of 50: the even-odd rule makes it a hole.
+  const Vector corners[8] = {{-50, -50, 0}, {50, -50, 0}, {50, 50, 0}, {-50, 50, 0},
+                             {-25, -25, 0}, {25, -25, 0}, {25, 25, 0}, {-25, 25, 0}};
+  AddTwoSquareSpline(scene, corners);
   Frame frame(1);
   ASSERT_EQ(Render(scene, frame.bitmap), kRenderResultOk);
   ExpectPicture(frame.bitmap, 1, [](int32_t x, int32_t y) {
@@ -159,20 +164,9 @@ TEST(RenderTest, AClosedSplineUnderAnExtrudeIsFilledWithItsHoleLeftOut) {
 
 TEST(RenderTest, AContourRepeatedToPadAFormIsFilledOnce) {
   SceneUnderCamera scene(kFieldOfView);
-  BaseObject* extrude = scene.Add(ObjectType_Extrude, {0, 0, 0});
-  scene.Paint(extrude, {0, 1, 0});
-  BaseObject* spline = Bo()->AllocSpline(0, 0);
-  const Vector position{0, 0, 1000};
-  Bo()->SetPosition(spline, &position);
-  Bd()->InsertObject(scene.document, spline, extrude, nullptr, 0, 1);
-  Bo()->ResizeSpline(spline, 8, 2);
-  auto* points = static_cast<Vector*>(Bo()->GetTagData(spline, TagType_Points, 0));
-  const Vector corners[4] = {{-50, -50, 0}, {50, -50, 0}, {50, 50, 0}, {-50, 50, 0}};
-  std::copy(corners, corners + 4, points);
-  std::copy(corners, corners + 4, points + 4);
-  auto* segments = static_cast<SplineSegment*>(Bo()->GetTagData(spline, TagType_Segments, 0));
-  segments[0] = {4, 1, {}};
-  segments[1] = {4, 1, {}};
+  const Vector corners[8] = {{-50, -50, 0}, {50, -50, 0}, {50, 50, 0}, {-50, 50, 0},
+                             {-50, -50, 0}, {50, -50, 0}, {50, 50, 0}, {-50, 50, 0}};
+  AddTwoSquareSpline(scene, corners);
   Frame frame(1);
   ASSERT_EQ(Render(scene, frame.bitmap), kRenderResultOk);
   ExpectPicture(frame.bitmap, 1, [](int32_t x, int32_t y) { return Expected({{150, 50, 250, 150, kGreen}}, x, y); });
