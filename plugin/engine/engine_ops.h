@@ -259,6 +259,11 @@ struct ORYOS_Bc {
   bool (*GetContainer)(const ParamContainer* container, int32_t id, ParamContainer* out);
 };
 
+// A function that the job queue runs on the engine's main thread (St->ExecuteOnMainThread).
+using MainThreadJob = void (*)(void* data);
+constexpr int32_t kJobNoWait = 0;
+constexpr int32_t kJobWaitNoLimit = -1;
+
 struct ORYOS_St {
   // length -1 reads up to the terminating zero.
   void (*SetCString)(EngineString* string, const char* text, int32_t length, int32_t encoding);
@@ -280,6 +285,14 @@ struct ORYOS_St {
   void (*SetUnit)(EngineString* string, int32_t index, char16_t unit);
   void (*FromCString)(EngineString* out, const char* text, int32_t encoding);
   void (*FromUtf16)(EngineString* out, const char16_t* units, int32_t count);
+  // The core framework's job queue: job(data) runs on the engine's main thread, which serves
+  // the queue in order. waitMilliseconds kJobNoWait returns at once, kJobWaitNoLimit when the
+  // job has run, a positive value at the latest then (false when it has not run by then; it
+  // still runs later). On the main thread itself a job that is waited for runs directly.
+  // False for a null job.
+  bool (*ExecuteOnMainThread)(MainThreadJob job, void* data, int32_t waitMilliseconds);
+  // Whether the calling thread is the engine's main thread.
+  bool (*IsMainThread)();
 };
 
 // Bitmap depths (AllocBitmapSized) and line formats (ReadBitmapLine,

@@ -49,7 +49,7 @@ void NoteOrigin(BaseDocument* document, const Filename& name) {
 // render's, and nothing else is to be done.
 bool TakeWholeDocument(RenderThread& render, const Filename& name, const Filename& file, BaseDocument* document) {
   if (render.document && render.document == document) return true;
-  render.FreeDocument();
+  render.FreeDocumentLater();
   render.document = document ? document : LoadSessionDocument(file);
   if (render.document && !document) NoteOrigin(render.document, name);
   render.dirty = true;

@@ -30,6 +30,9 @@ void PrintMissingAssets(const Bitmap* bitmap) {
   t_ORYOS_Gd->Free(&assets);
 }
 
+// Documents are freed on the engine's main thread.
+void FreeDocumentJob(void* document) { t_ORYOS_Ge->FreeDocument(static_cast<BaseDocument*>(document)); }
+
 }  // namespace
 
 RenderThread::~RenderThread() {
@@ -56,10 +59,13 @@ void RenderThread::StopThread() {
   End(true);
 }
 
-// The engine of this system has no main thread of its own to hand the document to, so the
-// caller's thread frees it.
 void RenderThread::FreeDocument() {
-  if (document) t_ORYOS_Ge->FreeDocument(document);
+  if (document) t_ORYOS_St->ExecuteOnMainThread(&FreeDocumentJob, document, kJobWaitNoLimit);
+  document = nullptr;
+}
+
+void RenderThread::FreeDocumentLater() {
+  if (document) t_ORYOS_St->ExecuteOnMainThread(&FreeDocumentJob, document, kJobNoWait);
   document = nullptr;
 }
 

@@ -27,9 +27,12 @@ class RenderThread : public ORYThread {
   void StopThread();
   // Frees the bitmap, the document, the read buffers and the textures.
   void DestroyContents();
-  // Frees the document alone with the engine's FreeDocument, as a release of the render
-  // and the replacement of its document do.
+  // Frees the document alone with the engine's FreeDocument on the engine's main thread
+  // (through its job queue, or directly on it), and returns when it is freed: a release of
+  // the render does so.
   void FreeDocument();
+  // The same without waiting for it: the replacement of the document hands the old one over.
+  void FreeDocumentLater();
 
   Bitmap* bitmap = nullptr;
   SpinLock stateLock;  // guards readers and the flags closePending to destroyPending

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "quillon/api/job_queue.h"
 #include "quillon/api/tables.h"
 #include "quillon/model/value.h"
 
@@ -166,6 +167,8 @@ QUILLON_EXPORT bool QuillonShutdown(const QuillonOverrideBlock* overrides, void*
     state.program = nullptr;
   }
   if (program) program(kOryMainEnd, const_cast<QuillonApi*>(&ApiRecord()), nullptr, nullptr);
+  // The jobs the program queued call into it, so they all run before it goes.
+  StopMainThread();
   FreeModuleResources(moduleRecord);
   if (!keepRunning) {
     std::lock_guard lock(state.mutex);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "quillon/api/handles.h"
+#include "quillon/api/job_queue.h"
 #include "quillon/api/session_operations.h"
 #include "quillon/api/tables.h"
 
@@ -226,7 +227,9 @@ const ORYOS_St& StTable() {
                               .GetUnit = GetUnit,
                               .SetUnit = SetUnit,
                               .FromCString = FromCString,
-                              .FromUtf16 = FromUtf16};
+                              .FromUtf16 = FromUtf16,
+                              .ExecuteOnMainThread = ExecuteOnMainThread,
+                              .IsMainThread = IsMainThread};
   return table;
 }
 
