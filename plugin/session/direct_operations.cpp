@@ -9,6 +9,7 @@
 #include "plugin/session/render_settings_update.h"
 #include "plugin/session/time_update.h"
 #include "plugin/session/tree_walk.h"
+#include "plugin/session/unique_id_map.h"
 #include "plugin/session/update_params.h"
 #include "plugin/session/view_update.h"
 
@@ -19,6 +20,20 @@ namespace {
 BaseObject* ObjectWithMarker(RenderThread& render, const NodeMarker& marker) {
   if (!render.document) return nullptr;
   return static_cast<BaseObject*>(FindByMarker(t_ORYOS_Bd->GetFirstObject(render.document), marker));
+}
+
+// Render settings that draw the active objects apart.
+constexpr int32_t kSettingsActiveDrawing = 5300;
+constexpr int32_t kActiveDrawingOn = 300001061;
+
+BaseObject* FirstActiveObject(RenderThread& render) {
+  if (!render.document) return nullptr;
+  NodeArray* active = t_ORYOS_At->AllocNodeArray();
+  if (!active) return nullptr;
+  t_ORYOS_Bd->GetActiveObjects(render.document, active);
+  SceneNode* first = t_ORYOS_At->GetNodeArrayCount(active) > 0 ? t_ORYOS_At->GetNodeArrayItem(active, 0) : nullptr;
+  t_ORYOS_At->FreeNodeArray(active);
+  return static_cast<BaseObject*>(first);
 }
 
 }  // namespace
@@ -97,6 +112,43 @@ bool SendLayerList(RenderThread& render, const std::vector<int32_t>& indices, bo
   }
   t_ORYOS_Bl->FreeNode(update);
   return open;
+}
+
+bool SelectObject(RenderThread& render, int32_t applicationId, const std::string& id, int32_t mode) {
+  if (!render.document || !render.sessionOpen) return false;
+  render.StopThread();
+  UniqueIdMap map;
+  BuildUniqueIdMap(map, applicationId, render.document, true);
+  const UniqueIdEntry* entry = map.Find(id);
+  if (!entry || !entry->node || !t_ORYOS_At->IsKindOf(entry->node, NodeKind_Object)) return false;
+  t_ORYOS_Bd->SetActiveObject(render.document, static_cast<BaseObject*>(entry->node), mode);
+  RenderData* settings = t_ORYOS_Bd->GetActiveSettings(render.document);
+  if (settings && t_ORYOS_Bc->GetInt32(t_ORYOS_Bl->GetDataInstance(settings), kSettingsActiveDrawing, 0) == kActiveDrawingOn)
+    render.dirty = true;
+  return true;
+}
+
+bool SetActivePosition(RenderThread& render, const Vector& position) {
+  BaseObject* object = FirstActiveObject(render);
+  if (!object) return false;
+  Matrix local = *t_ORYOS_Bo->GetLocalMatrix(object);
+  local.off = position;
+  t_ORYOS_Bo->SetLocalMatrix(object, &local);
+  return true;
+}
+
+bool SetActiveRotation(RenderThread& render, const Vector& rotation, int32_t order) {
+  BaseObject* object = FirstActiveObject(render);
+  if (!object) return false;
+  t_ORYOS_Bo->SetRotationOrder(object, order);
+  t_ORYOS_Bo->SetRotation(object, &rotation);
+  return true;
+}
+
+bool SetActiveScale(RenderThread& render, const Vector& scale) {
+  BaseObject* object = FirstActiveObject(render);
+  if (object) t_ORYOS_Bo->SetScale(object, &scale);
+  return object != nullptr;
 }
 
 bool SetObjectPosition(RenderThread& render, const NodeMarker& marker, const Vector& position) {

@@ -34,6 +34,17 @@ bool SendLayerList(RenderThread& render, const std::vector<int32_t>& indices, bo
 // layer was switched on.
 bool SetLayerStates(RenderThread& render, const std::vector<NodeMarker>& markers, bool objectsWithoutLayerVisible);
 
+// Makes the element with unique id `id` of application `applicationId` active in `mode`
+// (see SetActiveObject); false without such an element. The picture is out of date when
+// the render settings draw active objects apart (300001061 under 5300).
+bool SelectObject(RenderThread& render, int32_t applicationId, const std::string& id, int32_t mode);
+
+// The first active object takes `position` as the offset of its local matrix, a rotation
+// (in `order`) or a scale. False without an active object.
+bool SetActivePosition(RenderThread& render, const Vector& position);
+bool SetActiveRotation(RenderThread& render, const Vector& rotation, int32_t order);
+bool SetActiveScale(RenderThread& render, const Vector& scale);
+
 // The object with `marker` takes a world position, rotation (in `order`) or scale, or a
 // parameter. False without such an object.
 bool SetObjectPosition(RenderThread& render, const NodeMarker& marker, const Vector& position);

@@ -51,7 +51,11 @@ bool TakeWholeDocument(RenderThread& render, const Filename& name, const Filenam
   if (render.document && render.document == document) return true;
   render.FreeDocumentLater();
   render.document = document ? document : LoadSessionDocument(file);
-  if (render.document && !document) NoteOrigin(render.document, name);
+  if (render.document && !document) {
+    NoteOrigin(render.document, name);
+    // A loaded document starts with nothing active.
+    t_ORYOS_Bd->SetActiveObject(render.document, nullptr, 0);
+  }
   render.dirty = true;
   return false;
 }

@@ -192,4 +192,32 @@ TEST_F(DocumentUpdate, ACameraByUniqueIdIsLookedThroughWithoutMakingThePictureOl
   EXPECT_EQ(quillon::GetCamera(render), other);
 }
 
+TEST_F(DocumentUpdate, AnObjectSelectedByUniqueIdBecomesActiveAndTakesTheActiveSetters) {
+  render.sessionOpen = true;
+  BaseObject* picked = t_ORYOS_Bo->AllocObject(ObjectType_Null);
+  t_ORYOS_At->SetUniqueId(picked, 3, "pick", 4);
+  t_ORYOS_Bd->InsertObject(render.document, picked, nullptr, nullptr, 0, 1);
+  EXPECT_FALSE(quillon::SetActivePosition(render, {1, 2, 3}));
+  EXPECT_FALSE(quillon::SelectObject(render, 3, "nothing", 0));
+  ASSERT_TRUE(quillon::SelectObject(render, 3, "pick", 0));
+  EXPECT_FALSE(render.dirty);
+  EXPECT_TRUE(quillon::SetActivePosition(render, {1, 2, 3}));
+  EXPECT_EQ(t_ORYOS_Bo->GetLocalMatrix(picked)->off, (Vector{1, 2, 3}));
+  EXPECT_TRUE(quillon::SetActiveScale(render, {2, 2, 2}));
+  Vector scale;
+  t_ORYOS_Bo->GetScale(picked, &scale);
+  EXPECT_EQ(scale, (Vector{2, 2, 2}));
+  EXPECT_TRUE(quillon::SetActiveRotation(render, {0.5, 0, 0}, 6));
+  EXPECT_EQ(t_ORYOS_Bo->GetRotationOrder(picked), 6);
+  EXPECT_FALSE(render.dirty);
+}
+
+TEST_F(DocumentUpdate, SelectingAnObjectCountsWhenTheSettingsDrawActiveObjectsApart) {
+  render.sessionOpen = true;
+  SetInt32Param(t_ORYOS_Bd->GetActiveSettings(render.document), 5300, 300001061);
+  t_ORYOS_At->SetUniqueId(camera, 3, "cam", 3);
+  ASSERT_TRUE(quillon::SelectObject(render, 3, "cam", 0));
+  EXPECT_TRUE(render.dirty);
+}
+
 }  // namespace
