@@ -352,8 +352,17 @@ struct ORYOS_Bm {
 };
 struct ORYOS_Ms {};
 
+// A channel of a material (GetChannel): channel index i is the material's link parameter
+// MaterialChannel_Color + i to the channel's shader. It holds while that parameter is neither
+// removed nor replaced.
+struct MaterialChannel;
+// The channel index of the reflection, whose shaders GetReflectionShaders lists.
+constexpr int32_t kMaterialChannelReflection = 3;
+
 struct ORYOS_Ba {
   BaseShader* (*AllocShader)(int32_t type);
+  // The shader the channel links to; null when it links to none or to no shader.
+  BaseShader* (*GetChannelShader)(const MaterialChannel* channel);
 };
 
 struct ORYOS_Fn {
@@ -532,6 +541,12 @@ struct ORYOS_Bt {
 
 struct ORYOS_Mt {
   Material* (*AllocMaterial)(int32_t type);
+  // The channel of that index, or null when the material has no link parameter for it.
+  MaterialChannel* (*GetChannel)(Material* material, int32_t index);
+  // array gets the shaders of the reflection: in this engine it has one layer, so the list
+  // holds the shader of channel kMaterialChannelReflection, or nothing. False for a null
+  // material or array.
+  bool (*GetReflectionShaders)(Material* material, NodeArray* array);
 };
 
 struct ORYOS_Tx {};

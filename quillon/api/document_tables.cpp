@@ -166,12 +166,13 @@ const ORYOS_Br& BrTable() {
 }
 
 const ORYOS_Mt& MtTable() {
-  static const ORYOS_Mt table{.AllocMaterial = AllocMaterial};
+  static const ORYOS_Mt table{
+      .AllocMaterial = AllocMaterial, .GetChannel = GetChannel, .GetReflectionShaders = GetReflectionShaders};
   return table;
 }
 
 const ORYOS_Ba& BaTable() {
-  static const ORYOS_Ba table{.AllocShader = AllocShader};
+  static const ORYOS_Ba table{.AllocShader = AllocShader, .GetChannelShader = GetChannelShader};
   return table;
 }
 

@@ -58,6 +58,11 @@ void InsertSettingsChild(RenderData* settings, RenderData* child, RenderData* pr
 void SetActiveObject(BaseDocument* document, BaseObject* object, int32_t mode);
 void GetActiveObjects(const BaseDocument* document, NodeArray* array);
 
+// Mt and Ba
+MaterialChannel* GetChannel(Material* material, int32_t index);
+bool GetReflectionShaders(Material* material, NodeArray* array);
+BaseShader* GetChannelShader(const MaterialChannel* channel);
+
 // Fn
 void SetMemoryRead(Filename* file, const void* data, int64_t size, bool takesOwnership);
 void SetMemoryWrite(Filename* file, MemoryFile* memory);
