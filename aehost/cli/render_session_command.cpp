@@ -39,7 +39,8 @@ constexpr auto kWaitPoll = std::chrono::milliseconds(10);
 enum class Verb {
     kSelect, kOpen, kPrepare, kWait, kWaitProgress, kSleep, kState, kRead, kChanges, kStop, kClose, kRelease,
     kStopRender, kCloseRender, kEndSession, kPort, kUpdate, kDirty, kTime, kKeepCaches, kCameraValues,
-    kSelectCamera, kLayers, kLayerStates, kObjectPosition, kObjectRotation, kObjectScale
+    kSelectCamera, kLayers, kLayerStates, kObjectPosition, kObjectRotation, kObjectScale, kSelectObject,
+    kActivePosition
 };
 
 struct VerbName {
@@ -75,6 +76,8 @@ constexpr VerbName kVerbs[] = {
     {"object-position", Verb::kObjectPosition},
     {"object-rotation", Verb::kObjectRotation},
     {"object-scale", Verb::kObjectScale},
+    {"select-object", Verb::kSelectObject},
+    {"active-position", Verb::kActivePosition},
 };
 
 struct ScriptLine {
@@ -263,10 +266,17 @@ void ParseDocumentLine(const std::string& text, const std::vector<std::string>& 
             break;
         }
         case Verb::kSelectCamera:
-            ExpectCount(words, 3, 3, "select-camera APPLICATION HEX-ID", number);
+        case Verb::kSelectObject: {
+            const std::string usage = words[0] + " APPLICATION HEX-ID";
+            ExpectCount(words, 3, 3, usage.c_str(), number);
             parsed.whole = static_cast<int32_t>(
                 WholeArgument(words, 1, 1, std::numeric_limits<int32_t>::max(), "APPLICATION", number));
             parsed.bytes = HexArgument(words[2], 0, "HEX-ID", number);
+            break;
+        }
+        case Verb::kActivePosition:
+            ExpectCount(words, 4, 4, "active-position X Y Z", number);
+            NumberArguments(words, 1, 3, "a coordinate", parsed);
             break;
         case Verb::kLayers:
             ExpectCount(words, 2, std::numeric_limits<std::size_t>::max(), "layers objects-on|objects-off [INDEX ...]",
@@ -413,6 +423,8 @@ struct SessionCalls {
     decltype(&QuillonSessionSetObjectPosition) setObjectPosition = nullptr;
     decltype(&QuillonSessionSetObjectRotation) setObjectRotation = nullptr;
     decltype(&QuillonSessionSetObjectScale) setObjectScale = nullptr;
+    decltype(&QuillonSessionSelectObject) selectObject = nullptr;
+    decltype(&QuillonSessionSetActivePosition) setActivePosition = nullptr;
 };
 
 template <class Function>
@@ -451,6 +463,8 @@ bool ResolveSessionCalls(void* library, SessionCalls& calls, std::string* missin
     Resolve(library, "QuillonSessionSetObjectPosition", calls.setObjectPosition, missing);
     Resolve(library, "QuillonSessionSetObjectRotation", calls.setObjectRotation, missing);
     Resolve(library, "QuillonSessionSetObjectScale", calls.setObjectScale, missing);
+    Resolve(library, "QuillonSessionSelectObject", calls.selectObject, missing);
+    Resolve(library, "QuillonSessionSetActivePosition", calls.setActivePosition, missing);
     return missing->empty();
 }
 
@@ -647,6 +661,14 @@ class ScriptRun {
             case Verb::kObjectScale:
                 if (!calls_.setObjectScale(session_, marker, v)) return NoObject(line);
                 return Print(line, "object scaled");
+            case Verb::kSelectObject:
+                // Mode 0: the object becomes the only active one.
+                if (!calls_.selectObject(session_, line.whole, line.bytes.data(), static_cast<int32_t>(line.bytes.size()), 0))
+                    return Refused(line, "no object of the open document has that unique id, or no document is open");
+                return Print(line, "object selected");
+            case Verb::kActivePosition:
+                if (!calls_.setActivePosition(session_, v)) return Refused(line, "no object is active");
+                return Print(line, "active object moved");
             default: return kExitOk;
         }
     }

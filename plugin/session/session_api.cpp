@@ -184,6 +184,19 @@ bool QuillonSessionSetLayerStates(QuillonRenderSession* session, const uint8_t* 
   return quillon::SetLayerStates(*render, list, objectsWithoutLayerVisible);
 }
 
+bool QuillonSessionSelectObject(QuillonRenderSession* session, int32_t applicationId, const void* id, int32_t size,
+                                int32_t mode) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !id || size < 1) return false;
+  return quillon::SelectObject(*render, applicationId,
+                               std::string(static_cast<const char*>(id), static_cast<std::size_t>(size)), mode);
+}
+
+bool QuillonSessionSetActivePosition(QuillonRenderSession* session, const double position[3]) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && position && quillon::SetActivePosition(*render, VectorOf(position));
+}
+
 bool QuillonSessionSetObjectPosition(QuillonRenderSession* session, const uint8_t marker[16],
                                      const double position[3]) {
   quillon::RenderThread* render = CurrentRenderOf(session);

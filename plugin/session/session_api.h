@@ -102,6 +102,13 @@ AEGP_EXPORT bool QuillonSessionSendLayerList(QuillonRenderSession* session, cons
 /* The same with the layers given by `count` markers of 16 bytes each. */
 AEGP_EXPORT bool QuillonSessionSetLayerStates(QuillonRenderSession* session, const uint8_t* markers, int32_t count,
                                               bool objectsWithoutLayerVisible);
+/* Makes the object with this unique id of application `applicationId` active (`mode` 0
+   makes it the only one); the first active object then takes a position as the offset of
+   its local matrix. Like the setters below, the second leaves a running render and the
+   need to render again to the caller. */
+AEGP_EXPORT bool QuillonSessionSelectObject(QuillonRenderSession* session, int32_t applicationId, const void* id,
+                                            int32_t size, int32_t mode);
+AEGP_EXPORT bool QuillonSessionSetActivePosition(QuillonRenderSession* session, const double position[3]);
 /* The object with the 16-byte `marker` takes a world position, rotation (radians, in
    `order`) or scale. These leave a running render and the need to render again to the
    caller. */

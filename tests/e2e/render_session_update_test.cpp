@@ -313,6 +313,17 @@ TEST_F(RenderSessionUpdate, AnObjectMovedByMarkerShowsAfterTheCallerAsksForARend
   EXPECT_EQ(PixelsOff(picture, {{0, 200, 50, 150, kRed}}), 0);
 }
 
+// "706c616e65" is the unique id "plane" in hex digits.
+TEST_F(RenderSessionUpdate, AnObjectSelectedByUniqueIdMovesAsTheActiveOne) {
+  const Picture picture = RenderAfter(scene_, "select-object 7 706c616e65\nactive-position -100 0 1000\nstop\n");
+  EXPECT_EQ(PixelsOff(picture, {{0, 200, 50, 150, kRed}}), 0);
+  const auto unknown = Run("select 1\nopen " + scene_ + "\nselect-object 7 6e6f6e65\n");
+  EXPECT_EQ(unknown.exitCode, 1);
+  EXPECT_NE(unknown.err.find("select-object 7 6e6f6e65: no object of the open document has that unique id"),
+            std::string::npos)
+      << unknown.err;
+}
+
 TEST_F(RenderSessionUpdate, OperationsWithoutADocumentAreRefused) {
   const std::string camera = Build("camera", UpdateJson(CameraJson(100)));
   for (const std::string& line : {"update __updc " + camera, std::string("time 1 1"), std::string("layers objects-on"),
