@@ -510,6 +510,9 @@ struct ORYOS_Bd {
   void (*SetActiveObject)(BaseDocument* document, BaseObject* object, int32_t mode);
   // array gets the active objects of the document, in the order they became active.
   void (*GetActiveObjects)(const BaseDocument* document, NodeArray* array);
+  // The document's scene hook of that type. This engine has no scene hooks (no extension
+  // registers one), so it gives null for every document and type.
+  SceneNode* (*FindSceneHook)(const BaseDocument* document, int32_t type);
 };
 
 // Engine threads. The thread calls main(object); the break test of a thread

@@ -155,7 +155,8 @@ const ORYOS_Bd& BdTable() {
                               .GetFirstSettingsChild = GetFirstSettingsChild,
                               .InsertSettingsChild = InsertSettingsChild,
                               .SetActiveObject = SetActiveObject,
-                              .GetActiveObjects = GetActiveObjects};
+                              .GetActiveObjects = GetActiveObjects,
+                              .FindSceneHook = FindSceneHook};
   return table;
 }
 

@@ -163,6 +163,8 @@ void GetActiveObjects(const BaseDocument* document, NodeArray* array) {
   }
 }
 
+SceneNode* FindSceneHook(const BaseDocument*, int32_t) { return nullptr; }
+
 void FreeDocument(BaseDocument* document) {
   if (DocumentOfHandle(document)) BlTable().FreeNode(document);
 }

@@ -57,6 +57,7 @@ RenderData* GetFirstSettingsChild(const RenderData* settings);
 void InsertSettingsChild(RenderData* settings, RenderData* child, RenderData* predecessor);
 void SetActiveObject(BaseDocument* document, BaseObject* object, int32_t mode);
 void GetActiveObjects(const BaseDocument* document, NodeArray* array);
+SceneNode* FindSceneHook(const BaseDocument* document, int32_t type);
 
 // Mt and Ba
 MaterialChannel* GetChannel(Material* material, int32_t index);
