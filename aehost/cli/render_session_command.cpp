@@ -99,7 +99,9 @@ struct ScriptLine {
     std::vector<double> numbers;   // time, camera-values, object-*
     std::vector<int32_t> indices;  // layers
     std::string bytes;             // select-camera: the unique id; layer-states, object-*: markers of 16 bytes
-    int32_t whole = 0;             // select-camera: the application; camera-values: the projection; object-rotation: the order
+    // select-camera, select-object: the application; camera-values: the projection;
+    // object-rotation: the order
+    int32_t whole = 0;
     bool flag = false;             // keep-caches on, camera-values new, layers objects-on
 };
 
@@ -229,7 +231,8 @@ std::string HexArgument(const std::string& word, std::size_t size, const char* w
 }
 
 bool OnOffArgument(const std::string& word, const char* on, const char* off, int line) {
-    Expect(word == on || word == off, line, std::string("expected \"") + on + "\" or \"" + off + "\", not \"" + word + "\"");
+    Expect(word == on || word == off, line,
+           std::string("expected \"") + on + "\" or \"" + off + "\", not \"" + word + "\"");
     return word == on;
 }
 
@@ -283,13 +286,15 @@ void ParseDocumentLine(const std::string& text, const std::vector<std::string>& 
                         number);
             parsed.flag = OnOffArgument(words[1], "objects-on", "objects-off", number);
             for (std::size_t i = 2; i < words.size(); ++i)
-                parsed.indices.push_back(static_cast<int32_t>(WholeArgument(words, i, 0, kMaxLayerIndex, "INDEX", number)));
+                parsed.indices.push_back(
+                    static_cast<int32_t>(WholeArgument(words, i, 0, kMaxLayerIndex, "INDEX", number)));
             break;
         case Verb::kLayerStates:
             ExpectCount(words, 2, std::numeric_limits<std::size_t>::max(),
                         "layer-states objects-on|objects-off [MARKER ...]", number);
             parsed.flag = OnOffArgument(words[1], "objects-on", "objects-off", number);
-            for (std::size_t i = 2; i < words.size(); ++i) parsed.bytes += HexArgument(words[i], kMarkerBytes, "MARKER", number);
+            for (std::size_t i = 2; i < words.size(); ++i)
+                parsed.bytes += HexArgument(words[i], kMarkerBytes, "MARKER", number);
             break;
         case Verb::kObjectPosition:
         case Verb::kObjectScale: {
@@ -620,6 +625,7 @@ class ScriptRun {
 
     int RunDocumentLine(const ScriptLine& line) {
         const double* v = line.numbers.data();
+        const auto idSize = static_cast<int32_t>(line.bytes.size());
         const auto* marker = reinterpret_cast<const uint8_t*>(line.bytes.data());
         switch (line.verb) {
             case Verb::kUpdate: return Update(line);
@@ -640,7 +646,7 @@ class ScriptRun {
                     return Refused(line, "no document is open, or it lacks a render view, an active view or a camera");
                 return Print(line, "camera set");
             case Verb::kSelectCamera:
-                if (!calls_.selectCamera(session_, line.whole, line.bytes.data(), static_cast<int32_t>(line.bytes.size())))
+                if (!calls_.selectCamera(session_, line.whole, line.bytes.data(), idSize))
                     return Refused(line, "no camera of the open document has that unique id");
                 return Print(line, "camera selected");
             case Verb::kLayers:
@@ -663,7 +669,7 @@ class ScriptRun {
                 return Print(line, "object scaled");
             case Verb::kSelectObject:
                 // Mode 0: the object becomes the only active one.
-                if (!calls_.selectObject(session_, line.whole, line.bytes.data(), static_cast<int32_t>(line.bytes.size()), 0))
+                if (!calls_.selectObject(session_, line.whole, line.bytes.data(), idSize, 0))
                     return Refused(line, "no object of the open document has that unique id, or no document is open");
                 return Print(line, "object selected");
             case Verb::kActivePosition:

@@ -123,7 +123,8 @@ bool SelectObject(RenderThread& render, int32_t applicationId, const std::string
   if (!entry || !entry->node || !t_ORYOS_At->IsKindOf(entry->node, NodeKind_Object)) return false;
   t_ORYOS_Bd->SetActiveObject(render.document, static_cast<BaseObject*>(entry->node), mode);
   RenderData* settings = t_ORYOS_Bd->GetActiveSettings(render.document);
-  if (settings && t_ORYOS_Bc->GetInt32(t_ORYOS_Bl->GetDataInstance(settings), kSettingsActiveDrawing, 0) == kActiveDrawingOn)
+  if (settings &&
+      t_ORYOS_Bc->GetInt32(t_ORYOS_Bl->GetDataInstance(settings), kSettingsActiveDrawing, 0) == kActiveDrawingOn)
     render.dirty = true;
   return true;
 }

@@ -42,9 +42,10 @@ void ReplaceRenderSettings(RenderThread& render, RenderData* fresh, bool keepChi
   BaseDocument* document = render.document;
   RenderData* current = t_ORYOS_Bd->GetActiveSettings(document);
   HeldLink kept;
-  if (current && kept.holder)
-    t_ORYOS_Ln->SetLinkTarget(kept.holder,
-                              t_ORYOS_Bc->GetLink(t_ORYOS_Bl->GetDataInstance(current), kSettingsLinkParam, document, 0));
+  if (current && kept.holder) {
+    ParamContainer* data = t_ORYOS_Bl->GetDataInstance(current);
+    t_ORYOS_Ln->SetLinkTarget(kept.holder, t_ORYOS_Bc->GetLink(data, kSettingsLinkParam, document, 0));
+  }
   t_ORYOS_At->Remove(fresh);
   t_ORYOS_Bd->InsertRenderSettingsAt(document, fresh, nullptr, 0);
   if (keepChildren && current) {

@@ -226,8 +226,8 @@ TEST_F(RenderSessionUpdate, ADifferenceWithDeleteRemovesThePlane) {
 
 TEST_F(RenderSessionUpdate, ADifferenceWithANewIdInsertsASecondPlane) {
   const std::string difference = Build("second", UpdateJson(PlaneJson("Second", "plane2", 150, 100, 50, "")));
-  EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __upds7 " + difference + "\n"), {kPlaneBlock, {300, 400, 75, 125, kGrey}}),
-            0);
+  const Picture picture = RenderAfter(scene_, "update __upds7 " + difference + "\n");
+  EXPECT_EQ(PixelsOff(picture, {kPlaneBlock, {300, 400, 75, 125, kGrey}}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ADifferenceForAnotherApplicationKnowsNoIdAndInsertsTheMaterialBeside) {
