@@ -6,15 +6,20 @@
 #include "plugin/engine/owned_filename.h"
 #include "plugin/engine/engine_loader.h"
 #include "plugin/engine/engine_start.h"
+#include "plugin/exporter/scene_ids.h"
 #include "plugin/host/frame_report.h"
 #include "plugin/host/plugin_globals.h"
 #include "plugin/session/camera_values.h"
 #include "plugin/session/direct_operations.h"
 #include "plugin/session/document_update.h"
 #include "plugin/session/frame_read.h"
+#include "plugin/session/frame_view.h"
 #include "plugin/session/open_document.h"
+#include "plugin/session/output_settings.h"
 #include "plugin/session/port_test.h"
 #include "plugin/session/render_prepare.h"
+#include "plugin/session/render_preparation.h"
+#include "plugin/session/render_settings.h"
 #include "plugin/session/render_state.h"
 #include "plugin/session/session_commands.h"
 #include "plugin/session/texture_files.h"
@@ -31,6 +36,18 @@ quillon::RenderThread* CurrentRenderOf(QuillonRenderSession* session) {
 }
 
 Vector VectorOf(const double values[3]) { return Vector{values[0], values[1], values[2]}; }
+
+void StoreVector(const Vector& value, double out[3]) {
+  out[0] = value.x;
+  out[1] = value.y;
+  out[2] = value.z;
+}
+
+// The active render settings of the current render's document; null without them.
+ParamContainer* CurrentSettingsOf(QuillonRenderSession* session) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && render->document ? ActiveSettingsOf(render->document) : nullptr;
+}
 
 NodeMarker MarkerOf(const uint8_t* bytes) {
   NodeMarker marker;
@@ -213,6 +230,56 @@ bool QuillonSessionSetObjectRotation(QuillonRenderSession* session, const uint8_
 bool QuillonSessionSetObjectScale(QuillonRenderSession* session, const uint8_t marker[16], const double scale[3]) {
   quillon::RenderThread* render = CurrentRenderOf(session);
   return render && marker && scale && quillon::SetObjectScale(*render, MarkerOf(marker), VectorOf(scale));
+}
+
+bool QuillonSessionRunHookMessages(QuillonRenderSession* session) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && quillon::RunHookMessages(*render);
+}
+
+bool QuillonSessionCopyDocumentOnce(QuillonRenderSession* session) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  return render && quillon::CopyDocumentOnce(*render);
+}
+
+bool QuillonSessionFrameView(QuillonRenderSession* session, int32_t mode, double position[3], double rotation[3]) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render) return false;
+  // Nothing is filled without a camera: the caller's values then stay as they were.
+  Vector place = position ? VectorOf(position) : Vector{0, 0, 0};
+  Vector angles = rotation ? VectorOf(rotation) : Vector{0, 0, 0};
+  if (!quillon::FrameView(*render, mode, &place, &angles)) return false;
+  if (position) StoreVector(place, position);
+  if (rotation) StoreVector(angles, rotation);
+  return true;
+}
+
+bool QuillonSessionSetFrameRange(QuillonRenderSession* session, int32_t sequence, double rate, double fromNumerator,
+                                 double toNumerator, double denominator, int32_t value) {
+  ParamContainer* settings = CurrentSettingsOf(session);
+  if (!settings) return false;
+  quillon::SetFrameRange(settings, sequence, rate, BaseTime(fromNumerator, denominator),
+                         BaseTime(toNumerator, denominator), value);
+  return true;
+}
+
+bool QuillonSessionSetOutputSize(QuillonRenderSession* session, double width, double height, double pixelAspect,
+                                 double filmAspect) {
+  ParamContainer* settings = CurrentSettingsOf(session);
+  if (!settings) return false;
+  quillon::SetOutputSize(settings, width, height, pixelAspect, filmAspect);
+  return true;
+}
+
+bool QuillonSessionGetOutputSize(QuillonRenderSession* session, double* width, double* height, double* pixelAspect,
+                                 double* filmAspect) {
+  const ParamContainer* settings = CurrentSettingsOf(session);
+  if (!settings) return false;
+  if (width) *width = GetSettingsFloat(settings, RenderParam_Width);
+  if (height) *height = GetSettingsFloat(settings, RenderParam_Height);
+  if (pixelAspect) *pixelAspect = GetSettingsFloat(settings, RenderParam_PixelAspect);
+  if (filmAspect) *filmAspect = GetSettingsFloat(settings, RenderParam_FilmAspect);
+  return true;
 }
 
 int32_t QuillonSessionStopRender(uint32_t id) { return StopRender(id); }

@@ -119,6 +119,29 @@ AEGP_EXPORT bool QuillonSessionSetObjectRotation(QuillonRenderSession* session, 
 AEGP_EXPORT bool QuillonSessionSetObjectScale(QuillonRenderSession* session, const uint8_t marker[16],
                                               const double scale[3]);
 
+/* The preparation steps: the prepare message to the objects and the scene hook that want
+   it, and one copy of the document made and freed at once. Each stops the render first and
+   gives false in every case. */
+AEGP_EXPORT bool QuillonSessionRunHookMessages(QuillonRenderSession* session);
+AEGP_EXPORT bool QuillonSessionCopyDocumentOnce(QuillonRenderSession* session);
+/* Moves the render view's camera so that it sees the whole scene (the engine's framing
+   `mode`); the picture is then out of date. `position` and `rotation` (radians), when not
+   null, get the camera's world values; they are left alone without an open document or a
+   camera, which still gives true. */
+AEGP_EXPORT bool QuillonSessionFrameView(QuillonRenderSession* session, int32_t mode, double position[3],
+                                         double rotation[3]);
+/* Write the frame range (times as fractions of seconds over one `denominator`) and the
+   output size into the render's active render settings; a width or height not above 0
+   becomes 1. These leave a running render and the need to render again to the caller. */
+AEGP_EXPORT bool QuillonSessionSetFrameRange(QuillonRenderSession* session, int32_t sequence, double rate,
+                                             double fromNumerator, double toNumerator, double denominator,
+                                             int32_t value);
+AEGP_EXPORT bool QuillonSessionSetOutputSize(QuillonRenderSession* session, double width, double height,
+                                             double pixelAspect, double filmAspect);
+/* The output size as the active render settings hold it; any pointer may be null. */
+AEGP_EXPORT bool QuillonSessionGetOutputSize(QuillonRenderSession* session, double* width, double* height,
+                                             double* pixelAspect, double* filmAspect);
+
 /* The three commands; see plugin/session/session_commands.h for their results. */
 AEGP_EXPORT int32_t QuillonSessionStopRender(uint32_t id);
 AEGP_EXPORT int32_t QuillonSessionCloseRender(uint32_t id);

@@ -23,6 +23,7 @@
 #include "plugin/session/render_prepare.h"
 #include "plugin/session/render_state.h"
 #include "plugin/session/session_commands.h"
+#include "plugin/session/tests/red_plane_document.h"
 #include "plugin/session/tests/test_engine.h"
 
 namespace {
@@ -33,30 +34,6 @@ constexpr int32_t kWidth = 400;
 constexpr int32_t kHeight = 200;
 
 bool InsidePlane(int32_t x, int32_t y) { return x >= 100 && x < 300 && y >= 50 && y < 150; }
-
-// The scene; with `picture`, the material's colour channel names that picture file.
-BaseDocument* RedPlaneDocument(const char* picture = nullptr) {
-  BaseDocument* document = t_ORYOS_Bd->AllocDocument();
-  BaseObject* camera = t_ORYOS_Bo->AllocObject(ObjectType_Camera);
-  SetFloatParam(camera, CameraParam_FieldOfView, 2.0 * std::atan(0.2));
-  t_ORYOS_Bd->InsertObject(document, camera, nullptr, nullptr, 0, 1);
-  BaseObject* plane = t_ORYOS_Bo->AllocObject(ObjectType_Plane);
-  SetVectorParam(plane, ObjectParam_Position, {0, 0, 1000});
-  SetFloatParam(plane, PlaneParam_Width, 200);
-  SetFloatParam(plane, PlaneParam_Height, 100);
-  SetInt32Param(plane, PlaneParam_Orientation, 4);  // facing along z, towards the camera
-  t_ORYOS_Bd->InsertObject(document, plane, nullptr, camera, 0, 1);
-  Material* red = t_ORYOS_Mt->AllocMaterial(MaterialType_Standard);
-  SetVectorParam(red, MaterialParam_Color, {1, 0, 0});
-  t_ORYOS_Bd->InsertMaterial(document, red, nullptr, 0);
-  if (picture) {
-    const OwnedFilename file(picture);
-    SetChannelBitmap(red, MaterialChannel_Color, file.value);
-  }
-  LinkMaterialTag(plane, red);
-  t_ORYOS_Br->SetSceneCamera(t_ORYOS_Bd->GetActiveView(document), camera, 0);
-  return document;
-}
 
 // What the reads hand out: whole lines by line number, and the runs of the change reads.
 struct Capture {
