@@ -1,6 +1,7 @@
 // Layers and markers of the project description, read and written.
 #include "aehost/model/layer_json.h"
 
+#include <string_view>
 #include <utility>
 
 #include "aehost/model/mask_json.h"
@@ -111,7 +112,16 @@ void WriteSwitches(const Layer& layer, Json::Value& out) {
   }
 }
 
-void WriteViewerGroups(const Layer& layer, Json::Value& out) {
+// A group of settings and streams, left out when it holds nothing.
+void AddGroup(std::string_view name, Json::Value settings, std::vector<WrittenMember> streams,
+              std::vector<WrittenMember>& members) {
+  if (settings.empty() && streams.empty()) return;
+  members.push_back({name, [settings = std::move(settings), streams = std::move(streams)](JsonOut& out) {
+                       WriteObject(out, settings, streams);
+                     }});
+}
+
+void AddViewerGroups(const Layer& layer, std::vector<WrittenMember>& members) {
   if (layer.objectType == LayerObjectType::Camera) {
     Json::Value camera(Json::objectValue);
     const CameraSettings plain;
@@ -120,15 +130,13 @@ void WriteViewerGroups(const Layer& layer, Json::Value& out) {
     if (layer.camera.filmSizeUnits != plain.filmSizeUnits) {
       camera["filmSizeUnits"] = TextOf(kFilmSizeUnits, layer.camera.filmSizeUnits);
     }
-    WriteStreamGroup(layer, kCameraOptions, camera);
-    if (!camera.empty()) out["camera"] = std::move(camera);
+    AddGroup("camera", std::move(camera), StreamGroupMembers(layer, kCameraOptions), members);
   } else if (layer.objectType == LayerObjectType::Light) {
     Json::Value light(Json::objectValue);
     if (layer.light.type != LightSettings{}.type) {
       light["type"] = TextOf(kLightTypes, layer.light.type);
     }
-    WriteStreamGroup(layer, kLightOptions, light);
-    if (!light.empty()) out["light"] = std::move(light);
+    AddGroup("light", std::move(light), StreamGroupMembers(layer, kLightOptions), members);
   }
 }
 
@@ -204,37 +212,39 @@ Json::Value WriteMarkers(const std::vector<Marker>& markers) {
   return out;
 }
 
-Json::Value WriteLayer(const Layer& layer, const Item& comp) {
-  Json::Value out(Json::objectValue);
-  out["id"] = layer.id;
-  if (!layer.name.empty()) out["name"] = layer.name;
+// The small members are built as a tree; the streams, which hold nearly all of a large
+// project, are written straight out.
+void WriteLayer(JsonOut& out, const Layer& layer, const Item& comp) {
+  Json::Value plain(Json::objectValue);
+  plain["id"] = layer.id;
+  if (!layer.name.empty()) plain["name"] = layer.name;
   if (layer.objectType != LayerObjectType::AudioVideo) {
-    out["type"] = TextOf(kLayerTypes, layer.objectType);
+    plain["type"] = TextOf(kLayerTypes, layer.objectType);
   }
-  if (layer.sourceId != 0) out["source"] = layer.sourceId;
-  if (layer.parentId != 0) out["parent"] = layer.parentId;
-  WriteSwitches(layer, out);
-  if (layer.startTime != 0.0) out["startTime"] = layer.startTime;
-  if (layer.inPoint != 0.0) out["inPoint"] = layer.inPoint;
-  if (layer.duration != comp.duration) out["duration"] = layer.duration;
-  if (layer.stretch != 1.0) out["stretch"] = layer.stretch;
-  if (!layer.markers.empty()) out["markers"] = WriteMarkers(layer.markers);
-  Json::Value transform(Json::objectValue);
-  WriteStreamGroup(layer, TransformNames(layer.objectType), transform);
-  if (!transform.empty()) out["transform"] = std::move(transform);
-  WriteViewerGroups(layer, out);
+  if (layer.sourceId != 0) plain["source"] = layer.sourceId;
+  if (layer.parentId != 0) plain["parent"] = layer.parentId;
+  WriteSwitches(layer, plain);
+  if (layer.startTime != 0.0) plain["startTime"] = layer.startTime;
+  if (layer.inPoint != 0.0) plain["inPoint"] = layer.inPoint;
+  if (layer.duration != comp.duration) plain["duration"] = layer.duration;
+  if (layer.stretch != 1.0) plain["stretch"] = layer.stretch;
+  if (!layer.markers.empty()) plain["markers"] = WriteMarkers(layer.markers);
   if (layer.objectType == LayerObjectType::Text) {
     Json::Value text = WriteSourceText(layer.text);
-    if (!text.empty()) out["text"] = std::move(text);
+    if (!text.empty()) plain["text"] = std::move(text);
   }
   if (!layer.shapes.empty()) {
     Json::Value shapes(Json::arrayValue);
     for (const ShapeElement& element : layer.shapes) shapes.append(WriteShapeElement(element));
-    out["shapes"] = std::move(shapes);
+    plain["shapes"] = std::move(shapes);
   }
-  if (!layer.masks.empty()) out["masks"] = WriteMasks(layer.masks);
-  if (layer.pathOptions != TextPathOptions{}) out["pathOptions"] = WritePathOptions(layer.pathOptions);
-  return out;
+  if (!layer.masks.empty()) plain["masks"] = WriteMasks(layer.masks);
+  if (layer.pathOptions != TextPathOptions{}) plain["pathOptions"] = WritePathOptions(layer.pathOptions);
+  std::vector<WrittenMember> written;
+  AddGroup("transform", Json::Value(Json::objectValue), StreamGroupMembers(layer, TransformNames(layer.objectType)),
+           written);
+  AddViewerGroups(layer, written);
+  WriteObject(out, plain, std::move(written));
 }
 
 }  // namespace aehost::description

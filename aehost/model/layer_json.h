@@ -8,12 +8,13 @@
 #include <json/json.h>
 
 #include "aehost/model/description_reading.h"
+#include "aehost/model/json_writer.h"
 
 namespace aehost::description {
 
 std::vector<Marker> ReadMarkers(const In& at);
 std::unique_ptr<Layer> ReadLayer(const In& at, Item& comp, Pending& pending);
 Json::Value WriteMarkers(const std::vector<Marker>& markers);
-Json::Value WriteLayer(const Layer& layer, const Item& comp);
+void WriteLayer(JsonOut& out, const Layer& layer, const Item& comp);
 
 }  // namespace aehost::description

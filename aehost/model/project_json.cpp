@@ -8,6 +8,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -15,7 +16,7 @@
 #include <json/json.h>
 
 #include "aehost/model/description_reading.h"
-#include "aehost/model/json_text.h"
+#include "aehost/model/json_writer.h"
 #include "aehost/model/layer_json.h"
 #include "aehost/model/stream_json.h"
 #include "files/read_file.h"
@@ -325,23 +326,36 @@ Json::Value WriteFootage(const Item& item) {
   return out;
 }
 
-Json::Value WriteComp(const Item& item) {
-  Json::Value out = WriteItemBase(item);
-  WriteSize(item, out);
-  out["frameRate"] = item.frameRate;
-  out["duration"] = item.duration;
+void WriteComp(JsonOut& out, const Item& item) {
+  Json::Value plain = WriteItemBase(item);
+  WriteSize(item, plain);
+  plain["frameRate"] = item.frameRate;
+  plain["duration"] = item.duration;
   const Composition& comp = item.comp;
-  if (comp.displayStart != 0.0) out["displayStart"] = comp.displayStart;
-  if (comp.workAreaStart != 0.0) out["workArea"]["start"] = comp.workAreaStart;
-  if (comp.workAreaDuration != item.duration) out["workArea"]["duration"] = comp.workAreaDuration;
-  if (comp.background != Composition{}.background) out["background"] = WriteColor(comp.background);
-  if (!comp.markers.empty()) out["markers"] = WriteMarkers(comp.markers);
+  if (comp.displayStart != 0.0) plain["displayStart"] = comp.displayStart;
+  if (comp.workAreaStart != 0.0) plain["workArea"]["start"] = comp.workAreaStart;
+  if (comp.workAreaDuration != item.duration) plain["workArea"]["duration"] = comp.workAreaDuration;
+  if (comp.background != Composition{}.background) plain["background"] = WriteColor(comp.background);
+  if (!comp.markers.empty()) plain["markers"] = WriteMarkers(comp.markers);
+  std::vector<WrittenMember> written;
   if (!comp.layers.empty()) {
-    Json::Value layers(Json::arrayValue);
-    for (const auto& layer : comp.layers) layers.append(WriteLayer(*layer, item));
-    out["layers"] = std::move(layers);
+    written.push_back({"layers", [&](JsonOut& layers) {
+                         layers.BeginArray();
+                         for (const auto& layer : comp.layers) WriteLayer(layers, *layer, item);
+                         layers.EndArray();
+                       }});
   }
-  return out;
+  WriteObject(out, plain, std::move(written));
+}
+
+// The whole text into `writer`, ended; a number that is not finite is refused by name.
+void WriteProjectText(JsonTextWriter& writer, const Project& project) {
+  try {
+    WriteProject(writer, project);
+  } catch (const std::domain_error& error) {
+    throw ProjectFormatError(std::string("the project cannot be written: ") + error.what());
+  }
+  writer.Finish();
 }
 
 }  // namespace
@@ -372,12 +386,13 @@ Project LoadProjectFile(const std::string& path) {
   return ReadProject(text, path);
 }
 
-std::string WriteProject(const Project& project) {
+void WriteProject(JsonOut& out, const Project& project) {
   Json::Value top(Json::objectValue);
   top["format"] = kFormatName;
   top["version"] = kProjectFormatVersion;
   if (!project.path.empty()) top["path"] = project.path;
-  Json::Value folders(Json::arrayValue), footage(Json::arrayValue), comps(Json::arrayValue);
+  Json::Value folders(Json::arrayValue), footage(Json::arrayValue);
+  std::vector<const Item*> comps;
   for (const auto& item : project.items) {
     if (item->id == kRootFolderId) continue;
     switch (item->kind) {
@@ -388,25 +403,38 @@ std::string WriteProject(const Project& project) {
         footage.append(WriteFootage(*item));
         break;
       case ItemKind::Composition:
-        comps.append(WriteComp(*item));
+        comps.push_back(item.get());
         break;
     }
   }
   if (!folders.empty()) top["folders"] = std::move(folders);
   if (!footage.empty()) top["footage"] = std::move(footage);
-  if (!comps.empty()) top["comps"] = std::move(comps);
-  try {
-    return FormatJson(top);
-  } catch (const std::domain_error& error) {
-    throw ProjectFormatError(std::string("the project cannot be written: ") + error.what());
+  std::vector<WrittenMember> written;
+  if (!comps.empty()) {
+    written.push_back({"comps", [&](JsonOut& list) {
+                         list.BeginArray();
+                         for (const Item* comp : comps) WriteComp(list, *comp);
+                         list.EndArray();
+                       }});
   }
+  WriteObject(out, top, std::move(written));
 }
 
-// Written whole beside the target and renamed over it: a project that cannot be written, or
-// a write that fails half way, leaves the file that was there.
+std::string WriteProject(const Project& project) {
+  JsonTextWriter writer;
+  WriteProjectText(writer, project);
+  return writer.Take();
+}
+
+// Written piece by piece beside the target and renamed over it: a project that cannot be
+// written, or a write that fails half way, leaves the file that was there.
 void SaveProjectFile(const Project& project, const std::string& path) {
   std::string error;
-  if (!qae::files::ReplaceFileContent(path, WriteProject(project), &error)) throw ProjectFormatError(error);
+  qae::files::FileReplacement file;
+  if (!file.Begin(path, &error)) throw ProjectFormatError(error);
+  JsonTextWriter writer([&file](std::string_view piece) { file.Append(piece); });
+  WriteProjectText(writer, project);
+  if (!file.Commit(&error)) throw ProjectFormatError(error);
 }
 
 }  // namespace aehost

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "aehost/model/json_writer.h"
 #include "aehost/model/project.h"
 
 namespace aehost {
@@ -29,6 +30,9 @@ Project LoadProjectFile(const std::string& path);
 // A project holding a number that is not finite is refused with
 // ProjectFormatError: JSON has no form for it.
 std::string WriteProject(const Project& project);
+// The same description as a series of values, for a writer that streams it or builds a tree.
+// A number that is not finite throws std::domain_error when the text writer meets it.
+void WriteProject(JsonOut& out, const Project& project);
 // Replaces `path` whole (see files/replace_file.h); ProjectFormatError names the reason.
 void SaveProjectFile(const Project& project, const std::string& path);
 

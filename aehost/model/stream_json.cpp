@@ -62,34 +62,55 @@ std::vector<Keyframe> ReadKeys(const In& at, StreamKind kind) {
   return keys;
 }
 
-void WriteEases(Json::Value& key, const char* name, const std::array<Ease, 3>& eases,
-                StreamKind kind) {
+void WriteEases(JsonOut& out, const char* name, const std::array<Ease, 3>& eases, StreamKind kind) {
   const int dims = TemporalDimensions(kind);
   bool plain = true;
   for (int i = 0; i < dims; ++i) plain = plain && eases[static_cast<std::size_t>(i)] == Ease{};
   if (plain) return;
-  Json::Value array(Json::arrayValue);
+  out.Key(name);
+  out.BeginArray();
   for (int i = 0; i < dims; ++i) {
     const Ease& ease = eases[static_cast<std::size_t>(i)];
-    Json::Value entry(Json::objectValue);
-    if (ease.speed != Ease{}.speed) entry["speed"] = ease.speed;
-    if (ease.influence != Ease{}.influence) entry["influence"] = ease.influence;
-    array.append(std::move(entry));
+    out.BeginObject();
+    if (ease.influence != Ease{}.influence) {
+      out.Key("influence");
+      out.Number(ease.influence);
+    }
+    if (ease.speed != Ease{}.speed) {
+      out.Key("speed");
+      out.Number(ease.speed);
+    }
+    out.EndObject();
   }
-  key[name] = std::move(array);
+  out.EndArray();
 }
 
-Json::Value WriteKey(const Keyframe& key, StreamKind kind) {
-  Json::Value out(Json::objectValue);
-  out["time"] = key.time;
-  out["value"] = WriteValue(key.value, kind);
-  if (key.in != Interpolation::Linear) out["in"] = TextOf(kInterpolations, key.in);
-  if (key.out != Interpolation::Linear) out["out"] = TextOf(kInterpolations, key.out);
+// Members in sorted order, as the text writer needs them.
+void WriteKey(JsonOut& out, const Keyframe& key, StreamKind kind) {
+  out.BeginObject();
   WriteEases(out, "easeIn", key.easeIn, kind);
   WriteEases(out, "easeOut", key.easeOut, kind);
-  if (key.inTangent != Value{}) out["inTangent"] = WriteValue(key.inTangent, kind);
-  if (key.outTangent != Value{}) out["outTangent"] = WriteValue(key.outTangent, kind);
-  return out;
+  if (key.in != Interpolation::Linear) {
+    out.Key("in");
+    out.Text(TextOf(kInterpolations, key.in));
+  }
+  if (key.inTangent != Value{}) {
+    out.Key("inTangent");
+    WriteValue(out, key.inTangent, kind);
+  }
+  if (key.out != Interpolation::Linear) {
+    out.Key("out");
+    out.Text(TextOf(kInterpolations, key.out));
+  }
+  if (key.outTangent != Value{}) {
+    out.Key("outTangent");
+    WriteValue(out, key.outTangent, kind);
+  }
+  out.Key("time");
+  out.Number(key.time);
+  out.Key("value");
+  WriteValue(out, key.value, kind);
+  out.EndObject();
 }
 
 }  // namespace
@@ -151,41 +172,63 @@ void ReadStreamGroup(const In& at, std::span<const Name<LayerStream>> names, Lay
   }
 }
 
-Json::Value WriteValue(const Value& value, StreamKind kind) {
+void WriteValue(JsonOut& out, const Value& value, StreamKind kind) {
   const int dims = Dimensions(kind);
-  if (dims == 1) return value[0];
-  Json::Value array(Json::arrayValue);
+  if (dims == 1) {
+    out.Number(value[0]);
+    return;
+  }
   const int count = kind == StreamKind::Color && value[3] == 1.0 ? 3 : dims;
-  for (int i = 0; i < count; ++i) array.append(value[i]);
-  return array;
+  out.Numbers(std::span<const double>(value.v.data(), static_cast<std::size_t>(count)));
+}
+
+Json::Value WriteValue(const Value& value, StreamKind kind) {
+  return BuildTree([&](JsonOut& out) { WriteValue(out, value, kind); });
 }
 
 Json::Value WriteColor(const Value& value) { return WriteValue(value, StreamKind::Color); }
 
-Json::Value WriteStream(const Stream& stream) {
+void WriteStream(JsonOut& out, const Stream& stream) {
   if (stream.keys.empty() && stream.expression.empty() && stream.expressionEnabled) {
-    return WriteValue(stream.value, stream.kind);
+    WriteValue(out, stream.value, stream.kind);
+    return;
   }
-  Json::Value out(Json::objectValue);
-  if (stream.keys.empty() || stream.value != stream.keys.front().value) {
-    out["value"] = WriteValue(stream.value, stream.kind);
+  out.BeginObject();
+  if (!stream.expression.empty()) {
+    out.Key("expression");
+    out.Text(stream.expression);
+  }
+  if (!stream.expressionEnabled) {
+    out.Key("expressionEnabled");
+    out.Bool(false);
   }
   if (!stream.keys.empty()) {
-    Json::Value keys(Json::arrayValue);
-    for (const auto& key : stream.keys) keys.append(WriteKey(key, stream.kind));
-    out["keys"] = std::move(keys);
+    out.Key("keys");
+    out.BeginArray();
+    for (const auto& key : stream.keys) WriteKey(out, key, stream.kind);
+    out.EndArray();
   }
-  if (!stream.expression.empty()) out["expression"] = stream.expression;
-  if (!stream.expressionEnabled) out["expressionEnabled"] = false;
-  return out;
+  if (stream.keys.empty() || stream.value != stream.keys.front().value) {
+    out.Key("value");
+    WriteValue(out, stream.value, stream.kind);
+  }
+  out.EndObject();
 }
 
-void WriteStreamGroup(const Layer& layer, std::span<const Name<LayerStream>> names,
-                      Json::Value& group) {
+Json::Value WriteStream(const Stream& stream) {
+  return BuildTree([&](JsonOut& out) { WriteStream(out, stream); });
+}
+
+std::vector<WrittenMember> StreamGroupMembers(const Layer& layer, std::span<const Name<LayerStream>> names) {
+  std::vector<WrittenMember> members;
   for (const auto& name : names) {
     const auto found = layer.streams.find(name.value);
-    if (found != layer.streams.end()) group[name.text] = WriteStream(found->second);
+    if (found != layer.streams.end()) {
+      const Stream& stream = found->second;
+      members.push_back({name.text, [&stream](JsonOut& out) { WriteStream(out, stream); }});
+    }
   }
+  return members;
 }
 
 }  // namespace aehost::description
