@@ -60,6 +60,8 @@ constexpr int32_t DataKind_Int64 = 400007002;
 constexpr int32_t DataKind_Filename = 400007003;
 constexpr int32_t DataKind_Link = 400007004;
 constexpr int32_t DataKind_Container = 400007005;  // a nested ParamContainer
+// An entry of a document's texture list (GetTextureList): a path, read with Gd GetFilename.
+constexpr int32_t DataKind_TextureFile = 131;
 
 // A reference-counted UTF-16 text; an empty one may hold a null impl.
 struct EngineString {
@@ -211,7 +213,15 @@ struct ORYOS_Ge {
   void (*FrameCamera)(BaseDocument* document, int32_t mode);
   // Frees a document with all it holds (as FreeNode).
   void (*FreeDocument)(BaseDocument* document);
+  // assets, made with InitContainer, gets the path of each file the document needs under
+  // 0, 1, 2 ...: with kAssetsPictures in flags, the picture of every bitmap shader of its
+  // materials, once each, in the order of the materials. A relative path is taken from
+  // folder when that is filled. False for a null document or assets.
+  bool (*GetAssets)(const BaseDocument* document, int32_t reserved1, ParamContainer* assets, const Filename* folder,
+                    int32_t flags, int32_t reserved2);
 };
+// GetAssets: list the pictures of the materials (the only assets this engine knows).
+constexpr int32_t kAssetsPictures = 256;
 
 struct ORYOS_Sh {};
 
@@ -513,6 +523,10 @@ struct ORYOS_Bd {
   // The document's scene hook of that type. This engine has no scene hooks (no extension
   // registers one), so it gives null for every document and type.
   SceneNode* (*FindSceneHook)(const BaseDocument* document, int32_t type);
+  // list, made with InitContainer, gets under 0, 1, 2 ... an entry of kind
+  // DataKind_TextureFile for each picture the bitmap shaders of the document's materials
+  // name, once each, as named. Nothing for a null list or document.
+  void (*GetTextureList)(ParamContainer* list, const BaseDocument* document, int32_t reserved1, int32_t reserved2);
 };
 
 // Engine threads. The thread calls main(object); the break test of a thread

@@ -156,7 +156,8 @@ const ORYOS_Bd& BdTable() {
                               .InsertSettingsChild = InsertSettingsChild,
                               .SetActiveObject = SetActiveObject,
                               .GetActiveObjects = GetActiveObjects,
-                              .FindSceneHook = FindSceneHook};
+                              .FindSceneHook = FindSceneHook,
+                              .GetTextureList = GetTextureList};
   return table;
 }
 

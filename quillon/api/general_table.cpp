@@ -57,7 +57,8 @@ const ORYOS_Ge& GeTable() {
                               .GetEngineFolder = GetEngineFolder,
                               .RenderDocument = RenderDocument,
                               .FrameCamera = FrameCamera,
-                              .FreeDocument = FreeDocument};
+                              .FreeDocument = FreeDocument,
+                              .GetAssets = GetAssets};
   return table;
 }
 

@@ -46,6 +46,8 @@ bool GetContainer(const ParamContainer* container, int32_t id, ParamContainer* o
 
 // Ge
 void FreeDocument(BaseDocument* document);
+bool GetAssets(const BaseDocument* document, int32_t reserved1, ParamContainer* assets, const Filename* folder,
+               int32_t flags, int32_t reserved2);
 
 // Bd
 SceneStateTree* GetStateData(BaseDocument* document, int32_t reserved1, int32_t reserved2);
@@ -58,6 +60,7 @@ void InsertSettingsChild(RenderData* settings, RenderData* child, RenderData* pr
 void SetActiveObject(BaseDocument* document, BaseObject* object, int32_t mode);
 void GetActiveObjects(const BaseDocument* document, NodeArray* array);
 SceneNode* FindSceneHook(const BaseDocument* document, int32_t type);
+void GetTextureList(ParamContainer* list, const BaseDocument* document, int32_t reserved1, int32_t reserved2);
 
 // Mt and Ba
 MaterialChannel* GetChannel(Material* material, int32_t index);

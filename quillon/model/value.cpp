@@ -26,7 +26,8 @@ void* ClonePayload(const DataValue& source) {
       RetainText(*copy);
       return copy;
     }
-    case DataKind_Filename: {  // a memory file's copy shares its bytes
+    case DataKind_Filename:
+    case DataKind_TextureFile: {  // a memory file's copy shares its bytes
       auto* copy = new Filename{nullptr};
       CopyPath(*copy, *AsFilename(source));
       return copy;
@@ -46,6 +47,7 @@ bool HasObjectPayload(int32_t kind) {
     case DataKind_Time:
     case DataKind_String:
     case DataKind_Filename:
+    case DataKind_TextureFile:
     case DataKind_Link:
     case DataKind_Priority:
     case DataKind_Font:
@@ -108,7 +110,8 @@ void FreeData(DataValue& value) {
       delete string;
       break;
     }
-    case DataKind_Filename: {
+    case DataKind_Filename:
+    case DataKind_TextureFile: {
       auto* file = static_cast<Filename*>(value.payload.object);
       ReleasePath(*file);
       delete file;
@@ -141,7 +144,8 @@ bool DataEquals(const DataValue& a, const DataValue& b) {
     case DataKind_Vector: return *AsVector(a) == *AsVector(b);
     case DataKind_Time: return *AsTime(a) == *AsTime(b);
     case DataKind_String: return AsText(a) == AsText(b);
-    case DataKind_Filename: return PathOf(*AsFilename(a)) == PathOf(*AsFilename(b));
+    case DataKind_Filename:
+    case DataKind_TextureFile: return PathOf(*AsFilename(a)) == PathOf(*AsFilename(b));
     case DataKind_Link: return AsLink(a)->targetId == AsLink(b)->targetId;
     case DataKind_Priority: return AsPriority(a)->entries == AsPriority(b)->entries;
     case DataKind_Font: return AsFont(a)->description == AsFont(b)->description;
@@ -191,6 +195,10 @@ void SetPath(DataValue& value, const std::string& path) {
   SetObject(value, DataKind_Filename, new Filename{new FilenameData{path, nullptr}});
 }
 
+void SetTextureFile(DataValue& value, const std::string& path) {
+  SetObject(value, DataKind_TextureFile, new Filename{new FilenameData{path, nullptr}});
+}
+
 void SetTime(DataValue& value, const BaseTime& time) { SetObject(value, DataKind_Time, new BaseTime(time)); }
 void SetLinkId(DataValue& value, uint64_t targetId) { SetObject(value, DataKind_Link, new LinkData{targetId}); }
 
@@ -233,7 +241,10 @@ std::u16string AsText(const DataValue& value) {
 }
 
 const BaseTime* AsTime(const DataValue& value) { return PayloadAs<BaseTime>(value, DataKind_Time); }
-const Filename* AsFilename(const DataValue& value) { return PayloadAs<Filename>(value, DataKind_Filename); }
+const Filename* AsFilename(const DataValue& value) {
+  if (value.kind == DataKind_TextureFile) return PayloadAs<Filename>(value, DataKind_TextureFile);
+  return PayloadAs<Filename>(value, DataKind_Filename);
+}
 const LinkData* AsLink(const DataValue& value) { return PayloadAs<LinkData>(value, DataKind_Link); }
 PriorityData* AsPriority(const DataValue& value) { return PayloadAs<PriorityData>(value, DataKind_Priority); }
 FontData* AsFont(const DataValue& value) { return PayloadAs<FontData>(value, DataKind_Font); }

@@ -96,6 +96,8 @@ void SetInt64(DataValue& value, int64_t number);
 void SetVector(DataValue& value, const Vector& vector);
 void SetText(DataValue& value, const std::u16string& text);
 void SetPath(DataValue& value, const std::string& path);
+// An entry of a document's texture list (GetTextureList): a path of kind DataKind_TextureFile.
+void SetTextureFile(DataValue& value, const std::string& path);
 void SetTime(DataValue& value, const BaseTime& time);
 void SetLinkId(DataValue& value, uint64_t targetId);
 // A new empty payload of a custom kind (priority, font, spline key); false for
@@ -109,6 +111,7 @@ const Vector* AsVector(const DataValue& value);
 const EngineString* AsString(const DataValue& value);
 std::u16string AsText(const DataValue& value);
 const BaseTime* AsTime(const DataValue& value);
+// Also the path of a texture list entry.
 const Filename* AsFilename(const DataValue& value);
 const LinkData* AsLink(const DataValue& value);
 PriorityData* AsPriority(const DataValue& value);
