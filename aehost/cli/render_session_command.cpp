@@ -40,7 +40,7 @@ enum class Verb {
     kSelect, kOpen, kPrepare, kWait, kWaitProgress, kSleep, kState, kRead, kChanges, kStop, kClose, kRelease,
     kStopRender, kCloseRender, kEndSession, kPort, kUpdate, kDirty, kTime, kKeepCaches, kCameraValues,
     kSelectCamera, kLayers, kLayerStates, kObjectPosition, kObjectRotation, kObjectScale, kSelectObject,
-    kActivePosition
+    kActivePosition, kHookMessages, kCopyDocument, kFrameView, kOutputSize, kFrameRange
 };
 
 struct VerbName {
@@ -78,6 +78,11 @@ constexpr VerbName kVerbs[] = {
     {"object-scale", Verb::kObjectScale},
     {"select-object", Verb::kSelectObject},
     {"active-position", Verb::kActivePosition},
+    {"hook-messages", Verb::kHookMessages},
+    {"copy-document", Verb::kCopyDocument},
+    {"frame-view", Verb::kFrameView},
+    {"output-size", Verb::kOutputSize},
+    {"frame-range", Verb::kFrameRange},
 };
 
 struct ScriptLine {
@@ -281,6 +286,31 @@ void ParseDocumentLine(const std::string& text, const std::vector<std::string>& 
             ExpectCount(words, 4, 4, "active-position X Y Z", number);
             NumberArguments(words, 1, 3, "a coordinate", parsed);
             break;
+        case Verb::kHookMessages:
+        case Verb::kCopyDocument: {
+            const std::string usage = words[0] + " (no arguments)";
+            ExpectCount(words, 1, 1, usage.c_str(), number);
+            break;
+        }
+        case Verb::kFrameView:
+            ExpectCount(words, 1, 2, "frame-view [MODE]", number);
+            if (words.size() == 2)
+                parsed.whole = static_cast<int32_t>(
+                    WholeArgument(words, 1, 0, std::numeric_limits<int32_t>::max(), "MODE", number));
+            break;
+        case Verb::kOutputSize:
+            ExpectCount(words, 5, 5, "output-size WIDTH HEIGHT PIXEL-ASPECT FILM-ASPECT", number);
+            NumberArguments(words, 1, 4, "a size or aspect", parsed);
+            break;
+        case Verb::kFrameRange: {
+            ExpectCount(words, 7, 7, "frame-range SEQUENCE RATE FROM TO DENOMINATOR VALUE", number);
+            const int64_t most = std::numeric_limits<int32_t>::max();
+            parsed.numbers.push_back(static_cast<double>(WholeArgument(words, 1, 0, most, "SEQUENCE", number)));
+            NumberArguments(words, 2, 4, "a rate or time", parsed);
+            Expect(parsed.numbers[4] >= 1.0, number, "DENOMINATOR must be at least 1, not \"" + words[5] + "\"");
+            parsed.numbers.push_back(static_cast<double>(WholeArgument(words, 6, 0, most, "VALUE", number)));
+            break;
+        }
         case Verb::kLayers:
             ExpectCount(words, 2, std::numeric_limits<std::size_t>::max(), "layers objects-on|objects-off [INDEX ...]",
                         number);
@@ -430,6 +460,12 @@ struct SessionCalls {
     decltype(&QuillonSessionSetObjectScale) setObjectScale = nullptr;
     decltype(&QuillonSessionSelectObject) selectObject = nullptr;
     decltype(&QuillonSessionSetActivePosition) setActivePosition = nullptr;
+    decltype(&QuillonSessionRunHookMessages) runHookMessages = nullptr;
+    decltype(&QuillonSessionCopyDocumentOnce) copyDocumentOnce = nullptr;
+    decltype(&QuillonSessionFrameView) frameView = nullptr;
+    decltype(&QuillonSessionSetOutputSize) setOutputSize = nullptr;
+    decltype(&QuillonSessionGetOutputSize) getOutputSize = nullptr;
+    decltype(&QuillonSessionSetFrameRange) setFrameRange = nullptr;
 };
 
 template <class Function>
@@ -470,6 +506,12 @@ bool ResolveSessionCalls(void* library, SessionCalls& calls, std::string* missin
     Resolve(library, "QuillonSessionSetObjectScale", calls.setObjectScale, missing);
     Resolve(library, "QuillonSessionSelectObject", calls.selectObject, missing);
     Resolve(library, "QuillonSessionSetActivePosition", calls.setActivePosition, missing);
+    Resolve(library, "QuillonSessionRunHookMessages", calls.runHookMessages, missing);
+    Resolve(library, "QuillonSessionCopyDocumentOnce", calls.copyDocumentOnce, missing);
+    Resolve(library, "QuillonSessionFrameView", calls.frameView, missing);
+    Resolve(library, "QuillonSessionSetOutputSize", calls.setOutputSize, missing);
+    Resolve(library, "QuillonSessionGetOutputSize", calls.getOutputSize, missing);
+    Resolve(library, "QuillonSessionSetFrameRange", calls.setFrameRange, missing);
     return missing->empty();
 }
 
@@ -675,8 +717,53 @@ class ScriptRun {
             case Verb::kActivePosition:
                 if (!calls_.setActivePosition(session_, v)) return Refused(line, "no object is active");
                 return Print(line, "active object moved");
+            case Verb::kHookMessages: return RunPreparationStep(line, calls_.runHookMessages);
+            case Verb::kCopyDocument: return RunPreparationStep(line, calls_.copyDocumentOnce);
+            case Verb::kFrameView: return FrameView(line);
+            case Verb::kOutputSize: return OutputSize(line);
+            case Verb::kFrameRange:
+                if (!calls_.setFrameRange(session_, static_cast<int32_t>(v[0]), v[1], v[2], v[3], v[4],
+                                          static_cast<int32_t>(v[5])))
+                    return NoDocument(line);
+                return Print(line, "frame range set");
             default: return kExitOk;
         }
+    }
+
+    // A preparation step gives false whatever it did: only a missing render is refused.
+    int RunPreparationStep(const ScriptLine& line, bool (*step)(QuillonRenderSession*)) {
+        if (!calls_.getRenderState(session_, nullptr, nullptr, nullptr, nullptr))
+            return Refused(line, "no render is selected");
+        step(session_);
+        return Print(line, "ran");
+    }
+
+    int FrameView(const ScriptLine& line) {
+        const double unset = std::numeric_limits<double>::quiet_NaN();
+        double position[3] = {unset, unset, unset};
+        double rotation[3] = {unset, unset, unset};
+        if (!calls_.frameView(session_, line.whole, position, rotation)) return Refused(line, "no render is selected");
+        if (std::isnan(position[0])) return Print(line, "nothing framed (no document open, or no render camera)");
+        std::ostringstream text;
+        text.precision(10);
+        // Adding 0 prints a negative zero as 0.
+        text << "camera at " << position[0] + 0.0 << " " << position[1] + 0.0 << " " << position[2] + 0.0
+             << ", rotation " << rotation[0] + 0.0 << " " << rotation[1] + 0.0 << " " << rotation[2] + 0.0;
+        return Print(line, text.str());
+    }
+
+    // Prints the size as the render settings hold it afterwards.
+    int OutputSize(const ScriptLine& line) {
+        const double* v = line.numbers.data();
+        double size[4] = {0, 0, 0, 0};
+        if (!calls_.setOutputSize(session_, v[0], v[1], v[2], v[3]) ||
+            !calls_.getOutputSize(session_, &size[0], &size[1], &size[2], &size[3]))
+            return NoDocument(line);
+        std::ostringstream text;
+        text.precision(10);
+        text << "width " << size[0] << ", height " << size[1] << ", pixel aspect " << size[2] << ", film aspect "
+             << size[3];
+        return Print(line, text.str());
     }
 
     int NoDocument(const ScriptLine& line) { return Refused(line, "no document is open (open a scene first)"); }

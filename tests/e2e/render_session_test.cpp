@@ -14,35 +14,18 @@
 #include <vector>
 
 #include "tests/support/loopback_listener.h"
+#include "tests/support/plane_scene.h"
 #include "tests/support/run_command.h"
 
 namespace {
 
+using qae_test::PlaneSceneJson;
 using qae_test::RunCommand;
 
 constexpr int kWidth = 400;
 constexpr int kHeight = 200;
 
 bool InsidePlane(int x, int y) { return x >= 100 && x < 300 && y >= 50 && y < 150; }
-
-std::string PlaneSceneJson() {
-  std::ostringstream json;
-  json.precision(17);
-  json << R"({"objects": [
-    {"type": "ObjectType_Camera", "name": "Camera", "ref": "cam",
-     "params": [{"id": "CameraParam_FieldOfView", "float": )" << 2.0 * std::atan(0.2) << R"(}]},
-    {"type": "ObjectType_Plane", "name": "Plane",
-     "params": [{"id": "ObjectParam_Position", "vector": [0, 0, 1000]},
-                {"id": "PlaneParam_Width", "float": 200},
-                {"id": "PlaneParam_Height", "float": 100},
-                {"id": "PlaneParam_Orientation", "int32": 4}],
-     "tags": [{"type": "TagType_Texture", "params": [{"id": "TextureTagParam_Material", "link": "red"}]}]}],
-  "materials": [{"type": "MaterialType_Standard", "ref": "red",
-                 "params": [{"id": "MaterialParam_Color", "vector": [1, 0, 0]}]}],
-  "views": [{"scene_camera": "cam", "editor_camera": null}],
-  "render_view": 0})";
-  return json.str();
-}
 
 // RGBA pixels of 8 bits a channel, row after row.
 struct Picture {
