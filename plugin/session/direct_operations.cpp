@@ -7,6 +7,7 @@
 #include "plugin/session/layer_update.h"
 #include "plugin/session/owned_container.h"
 #include "plugin/session/render_settings_update.h"
+#include "plugin/session/texture_relink.h"
 #include "plugin/session/time_update.h"
 #include "plugin/session/tree_walk.h"
 #include "plugin/session/unique_id_map.h"
@@ -109,6 +110,7 @@ bool SendLayerList(RenderThread& render, const std::vector<int32_t>& indices, bo
   if (open) {
     render.sessionOpen = true;
     render.dirty = true;
+    RelinkAllMaterials(render);
   }
   t_ORYOS_Bl->FreeNode(update);
   return open;

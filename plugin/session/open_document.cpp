@@ -2,6 +2,7 @@
 
 #include "plugin/engine/engine_tables.h"
 #include "plugin/session/document_update.h"
+#include "plugin/session/texture_relink.h"
 
 namespace quillon {
 
@@ -10,6 +11,7 @@ bool OpenDocument(RenderThread& render, const Filename& file) {
   render.StopThread();
   if (!UpdateDocument(render, file, nullptr, 0, nullptr)) return false;
   render.sessionOpen = true;
+  RelinkAllMaterials(render);
   return true;
 }
 

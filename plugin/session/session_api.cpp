@@ -7,13 +7,16 @@
 #include "plugin/engine/engine_loader.h"
 #include "plugin/engine/engine_start.h"
 #include "plugin/exporter/scene_ids.h"
+#include "plugin/exporter/scene_params.h"
 #include "plugin/host/frame_report.h"
 #include "plugin/host/plugin_globals.h"
+#include "plugin/session/asset_lists.h"
 #include "plugin/session/camera_values.h"
 #include "plugin/session/direct_operations.h"
 #include "plugin/session/document_update.h"
 #include "plugin/session/frame_read.h"
 #include "plugin/session/frame_view.h"
+#include "plugin/session/owned_container.h"
 #include "plugin/session/open_document.h"
 #include "plugin/session/output_settings.h"
 #include "plugin/session/port_test.h"
@@ -280,6 +283,34 @@ bool QuillonSessionGetOutputSize(QuillonRenderSession* session, double* width, d
   if (pixelAspect) *pixelAspect = GetSettingsFloat(settings, RenderParam_PixelAspect);
   if (filmAspect) *filmAspect = GetSettingsFloat(settings, RenderParam_FilmAspect);
   return true;
+}
+
+namespace {
+
+using CollectPaths = bool (*)(const quillon::RenderThread& render, ParamContainer* list);
+
+// The strings the list holds under 0, 1, 2 ..., one call each.
+bool ReportPaths(QuillonRenderSession* session, CollectPaths collect, QuillonPathCallback callback, void* refcon) {
+  quillon::RenderThread* render = CurrentRenderOf(session);
+  if (!render || !callback) return false;
+  OwnedContainer list;
+  if (!collect(*render, &list.value)) return false;
+  for (int32_t index = 0; t_ORYOS_Bc->FindIndex(&list.value, index, 0) >= 0; ++index) {
+    OwnedString path;
+    t_ORYOS_Bc->GetString(&list.value, path.get(), index, nullptr);
+    callback(refcon, ToUtf8(*path.get()).c_str());
+  }
+  return true;
+}
+
+}  // namespace
+
+bool QuillonSessionCollectAssets(QuillonRenderSession* session, QuillonPathCallback callback, void* refcon) {
+  return ReportPaths(session, quillon::CollectAssets, callback, refcon);
+}
+
+bool QuillonSessionCollectTextures(QuillonRenderSession* session, QuillonPathCallback callback, void* refcon) {
+  return ReportPaths(session, quillon::CollectTextures, callback, refcon);
 }
 
 int32_t QuillonSessionStopRender(uint32_t id) { return StopRender(id); }

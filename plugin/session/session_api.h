@@ -142,6 +142,17 @@ AEGP_EXPORT bool QuillonSessionSetOutputSize(QuillonRenderSession* session, doub
 AEGP_EXPORT bool QuillonSessionGetOutputSize(QuillonRenderSession* session, double* width, double* height,
                                              double* pixelAspect, double* filmAspect);
 
+/* Gets one path of a list, in UTF-8, valid during the call only. */
+typedef void (*QuillonPathCallback)(void* refcon, const char* path);
+/* Each file the open document needs, a relative one taken from the document's folder;
+   true, with no call, without a document. */
+AEGP_EXPORT bool QuillonSessionCollectAssets(QuillonRenderSession* session, QuillonPathCallback callback,
+                                             void* refcon);
+/* Each picture the open document's materials name, as named; false without an open
+   document. */
+AEGP_EXPORT bool QuillonSessionCollectTextures(QuillonRenderSession* session, QuillonPathCallback callback,
+                                               void* refcon);
+
 /* The three commands; see plugin/session/session_commands.h for their results. */
 AEGP_EXPORT int32_t QuillonSessionStopRender(uint32_t id);
 AEGP_EXPORT int32_t QuillonSessionCloseRender(uint32_t id);

@@ -6,8 +6,9 @@
 #include "plugin/engine/engine_tables.h"
 #include "plugin/engine/owned_filename.h"
 #include "plugin/exporter/scene_params.h"
-#include "plugin/session/document_params.h"
+#include "plugin/session/asset_lists.h"
 #include "plugin/session/picture_format.h"
+#include "plugin/session/texture_relink.h"
 
 namespace quillon {
 
@@ -17,13 +18,6 @@ namespace {
 constexpr int32_t kTextureFileType = 0x4F525943;     // "ORYC"
 constexpr int32_t kTextureFileCreator = 0x4F525931;  // "ORY1"
 constexpr int32_t kAlphaWriteFormat[] = {0, 2, 18, 0, 34};  // by bytes a channel
-
-std::u16string TextOf(const EngineString& text) {
-  std::u16string units;
-  const int32_t length = t_ORYOS_St->GetLength(&text);
-  for (int32_t i = 0; i < length; ++i) units.push_back(t_ORYOS_St->GetUnit(&text, i));
-  return units;
-}
 
 // The name as the path of a file: one without a folder lies in the engine's "tex" folder.
 void DiskPathOf(const Filename& name, Filename* file) {
@@ -42,16 +36,6 @@ void DiskPathOf(const Filename& name, Filename* file) {
   t_ORYOS_Fn->SetFromCString(file, (ToUtf8(*folderText.get()) + "/tex/" + ToUtf8(*leafText.get())).c_str());
 }
 
-// The document's folder, by which the engine's texture cache knows its pictures.
-void DocumentFolderOf(BaseDocument* document, Filename* folder) {
-  const ParamLevel level{kDocumentFolderParam, 0, 0};
-  const ParamId id{&level, 1, 0};
-  DataValue value{DataKind_Empty, 0, {0}};
-  if (t_ORYOS_At->GetParameter(document, &id, &value, 0) && t_ORYOS_Gd->GetKind(&value) == DataKind_Filename)
-    t_ORYOS_Fn->FilenameCopy(t_ORYOS_Gd->GetFilename(&value), folder);
-  t_ORYOS_Gd->Free(&value);
-}
-
 // The engine forgets the picture it read under the name, and the render what it kept.
 void ForgetTexture(RenderThread& render, const EngineString& text) {
   if (render.document) {
@@ -60,23 +44,25 @@ void ForgetTexture(RenderThread& render, const EngineString& text) {
     DocumentFolderOf(render.document, &folder.value);
     t_ORYOS_Ge->InvalidateTexture(&folder.value, &text, &none.value);
   }
-  const auto kept = render.textures.find(TextOf(text));
+  const auto kept = render.textures.find(TextureKey(text));
   if (kept == render.textures.end()) return;
   t_ORYOS_Fn->FilenameFree(&kept->second);
   render.textures.erase(kept);
 }
 
 // Keeps `file` under the name in place of what was kept before; the render owns it then.
+// An open document's materials show it at once.
 bool KeepTexture(RenderThread& render, const Filename& name, Filename file) {
   OwnedString text;
   t_ORYOS_Fn->GetString(text.get(), &name);
   ForgetTexture(render, *text.get());
   try {
-    render.textures.emplace(TextOf(*text.get()), file);
+    render.textures.emplace(TextureKey(*text.get()), file);
   } catch (const std::bad_alloc&) {
     t_ORYOS_Fn->FilenameFree(&file);
     return false;
   }
+  if (render.sessionOpen) RelinkAllMaterials(render);
   return true;
 }
 
