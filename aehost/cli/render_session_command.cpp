@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <limits>
@@ -40,7 +41,7 @@ enum class Verb {
     kSelect, kOpen, kPrepare, kWait, kWaitProgress, kSleep, kState, kRead, kChanges, kStop, kClose, kRelease,
     kStopRender, kCloseRender, kEndSession, kPort, kUpdate, kDirty, kTime, kKeepCaches, kCameraValues,
     kSelectCamera, kLayers, kLayerStates, kObjectPosition, kObjectRotation, kObjectScale, kSelectObject,
-    kActivePosition, kHookMessages, kCopyDocument, kFrameView, kOutputSize, kFrameRange
+    kActivePosition, kHookMessages, kCopyDocument, kFrameView, kOutputSize, kFrameRange, kSendFile, kAssets, kTextures
 };
 
 struct VerbName {
@@ -83,6 +84,9 @@ constexpr VerbName kVerbs[] = {
     {"frame-view", Verb::kFrameView},
     {"output-size", Verb::kOutputSize},
     {"frame-range", Verb::kFrameRange},
+    {"send-file", Verb::kSendFile},
+    {"assets", Verb::kAssets},
+    {"textures", Verb::kTextures},
 };
 
 struct ScriptLine {
@@ -100,7 +104,7 @@ struct ScriptLine {
     int64_t amount = 0;        // wait: seconds; sleep: milliseconds
     double progress = 0.0;     // wait-progress: the share of the render to wait for
     uint16_t port = 0;
-    std::string name;              // update: the name the document is sent under
+    std::string name;              // update, send-file: the name the bytes are sent under
     std::vector<double> numbers;   // time, camera-values, object-*
     std::vector<int32_t> indices;  // layers
     std::string bytes;             // select-camera: the unique id; layer-states, object-*: markers of 16 bytes
@@ -248,8 +252,10 @@ constexpr int64_t kMaxLayerIndex = std::numeric_limits<int32_t>::max();
 void ParseDocumentLine(const std::string& text, const std::vector<std::string>& words, ScriptLine& parsed) {
     const int number = parsed.number;
     switch (parsed.verb) {
-        case Verb::kUpdate: {
-            ExpectCount(words, 3, std::numeric_limits<std::size_t>::max(), "update NAME FILE", number);
+        case Verb::kUpdate:
+        case Verb::kSendFile: {
+            const std::string usage = words[0] + " NAME FILE";
+            ExpectCount(words, 3, std::numeric_limits<std::size_t>::max(), usage.c_str(), number);
             parsed.name = words[1];
             const std::string rest = RestAfterVerb(text);
             parsed.path = RestAfterVerb(rest);
@@ -402,7 +408,9 @@ ScriptLine ParseLine(const std::string& text, int number) {
         case Verb::kState:
         case Verb::kChanges:
         case Verb::kStop:
-        case Verb::kClose: {
+        case Verb::kClose:
+        case Verb::kAssets:
+        case Verb::kTextures: {
             const std::string usage = words[0] + " (no arguments)";
             ExpectCount(words, 1, 1, usage.c_str(), number);
             break;
@@ -466,6 +474,9 @@ struct SessionCalls {
     decltype(&QuillonSessionSetOutputSize) setOutputSize = nullptr;
     decltype(&QuillonSessionGetOutputSize) getOutputSize = nullptr;
     decltype(&QuillonSessionSetFrameRange) setFrameRange = nullptr;
+    decltype(&QuillonSessionSendFile) sendFile = nullptr;
+    decltype(&QuillonSessionCollectAssets) collectAssets = nullptr;
+    decltype(&QuillonSessionCollectTextures) collectTextures = nullptr;
 };
 
 template <class Function>
@@ -512,6 +523,9 @@ bool ResolveSessionCalls(void* library, SessionCalls& calls, std::string* missin
     Resolve(library, "QuillonSessionSetOutputSize", calls.setOutputSize, missing);
     Resolve(library, "QuillonSessionGetOutputSize", calls.getOutputSize, missing);
     Resolve(library, "QuillonSessionSetFrameRange", calls.setFrameRange, missing);
+    Resolve(library, "QuillonSessionSendFile", calls.sendFile, missing);
+    Resolve(library, "QuillonSessionCollectAssets", calls.collectAssets, missing);
+    Resolve(library, "QuillonSessionCollectTextures", calls.collectTextures, missing);
     return missing->empty();
 }
 
@@ -726,6 +740,9 @@ class ScriptRun {
                                           static_cast<int32_t>(v[5])))
                     return NoDocument(line);
                 return Print(line, "frame range set");
+            case Verb::kSendFile: return SendFile(line);
+            case Verb::kAssets:
+            case Verb::kTextures: return PrintPaths(line);
             default: return kExitOk;
         }
     }
@@ -769,6 +786,35 @@ class ScriptRun {
     int NoDocument(const ScriptLine& line) { return Refused(line, "no document is open (open a scene first)"); }
     int NoObject(const ScriptLine& line) {
         return Refused(line, "no object of the open document has that marker, or no document is open");
+    }
+
+    // The file's bytes go to the render's memory under the name, as a client sends a texture.
+    int SendFile(const ScriptLine& line) {
+        std::string bytes;
+        std::string error;
+        if (!qae::files::ReadWholeFile(line.path, {kMaxUpdateBytes, "a texture file"}, &bytes, &error))
+            return Refused(line, error, kExitBadInput);
+        void* data = std::malloc(bytes.empty() ? 1 : bytes.size());
+        if (!data) return Refused(line, "out of memory");
+        std::memcpy(data, bytes.data(), bytes.size());
+        const bool sent = calls_.sendFile(session_, line.name.c_str(), &data, static_cast<int64_t>(bytes.size()), true);
+        std::free(data);  // null when the render took the bytes over
+        if (!sent) return Refused(line, "no render is selected, or the render could not keep the file");
+        return Print(line, "sent");
+    }
+
+    // One path a line, after a line with their count.
+    int PrintPaths(const ScriptLine& line) {
+        std::vector<std::string> paths;
+        const auto add = [](void* refcon, const char* path) {
+            static_cast<std::vector<std::string>*>(refcon)->emplace_back(path);
+        };
+        const bool listed = line.verb == Verb::kAssets ? calls_.collectAssets(session_, add, &paths)
+                                                       : calls_.collectTextures(session_, add, &paths);
+        if (!listed) return line.verb == Verb::kAssets ? Refused(line, "no render is selected") : NoDocument(line);
+        Print(line, std::to_string(paths.size()) + (paths.size() == 1 ? " file" : " files"));
+        for (const std::string& path : paths) std::cout << "  " << path << std::endl;
+        return kExitOk;
     }
 
     // The file's bytes go to the session under the name, as a client sends an update.

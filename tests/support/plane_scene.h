@@ -9,8 +9,14 @@
 
 namespace qae_test {
 
-// The scene description for `orytool build`.
-inline std::string PlaneSceneJson() {
+// The materials of the scene: the red one, "red", that the plane shows.
+inline const char* const kRedMaterialJson =
+    R"([{"type": "MaterialType_Standard", "ref": "red",
+        "params": [{"id": "MaterialParam_Color", "vector": [1, 0, 0]}]}])";
+
+// The scene description for `orytool build`, with other `materials` (a JSON list) when
+// given; the plane shows the one of them whose ref is "red".
+inline std::string PlaneSceneJson(const std::string& materials = kRedMaterialJson) {
   std::ostringstream json;
   json.precision(17);
   json << R"({"objects": [
@@ -22,8 +28,7 @@ inline std::string PlaneSceneJson() {
                 {"id": "PlaneParam_Height", "float": 100},
                 {"id": "PlaneParam_Orientation", "int32": 4}],
      "tags": [{"type": "TagType_Texture", "params": [{"id": "TextureTagParam_Material", "link": "red"}]}]}],
-  "materials": [{"type": "MaterialType_Standard", "ref": "red",
-                 "params": [{"id": "MaterialParam_Color", "vector": [1, 0, 0]}]}],
+  "materials": )" << materials << R"(,
   "views": [{"scene_camera": "cam", "editor_camera": null}],
   "render_view": 0})";
   return json.str();
