@@ -10,7 +10,7 @@ namespace quillon {
 namespace {
 
 constexpr int32_t kChannelCount = 30;
-// Channels 8 and 9 hold no shader of their own that a picture could be sent for.
+// The shaders of channels 8 and 9 keep the files they name, whatever a caller sends.
 constexpr int32_t kSkippedChannels[] = {8, 9};
 
 bool IsSkipped(int32_t index) {
