@@ -32,7 +32,9 @@ class DocumentUpdate : public testing::Test {
     render.dirty = false;
     update = t_ORYOS_Bd->AllocDocument();
   }
+  // The render's document is the test's to free: a record never frees it on its own.
   void TearDown() override {
+    if (render.document && render.document != update) t_ORYOS_Bl->FreeNode(render.document);
     if (update) t_ORYOS_Bl->FreeNode(update);
   }
 

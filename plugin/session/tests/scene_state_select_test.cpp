@@ -26,6 +26,8 @@ class SceneStateSelect : public testing::Test {
     t_ORYOS_At->InsertUnderLast(second, root);
     states->SetCurrentState(tree, first);
   }
+  // The render's document is the test's to free: a record never frees it on its own.
+  void TearDown() override { t_ORYOS_Bl->FreeNode(render.document); }
 
   const SceneStateLibrary* states = nullptr;
   quillon::RenderThread render;
