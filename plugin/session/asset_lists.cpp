@@ -24,7 +24,7 @@ void CopyPathsAsStrings(ParamContainer& files, ParamContainer* list) {
 }  // namespace
 
 void DocumentFolderOf(BaseDocument* document, Filename* folder) {
-  const ParamLevel level{kDocumentFolderParam, 0, 0};
+  const ParamLevel level{DocParam_Path, 0, 0};
   const ParamId id{&level, 1, 0};
   DataValue value{DataKind_Empty, 0, {0}};
   if (t_ORYOS_At->GetParameter(document, &id, &value, 0) && t_ORYOS_Gd->GetKind(&value) == DataKind_Filename)

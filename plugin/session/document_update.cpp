@@ -39,8 +39,8 @@ void NoteOrigin(BaseDocument* document, const Filename& name) {
   OwnedFilename leaf;
   t_ORYOS_Fn->GetDirectory(&folder.value, &name);
   t_ORYOS_Fn->GetFile(&leaf.value, &name);
-  SetFilenameParam(document, kDocumentFolderParam, folder.value);
-  SetFilenameParam(document, kDocumentLeafParam, leaf.value);
+  SetFilenameParam(document, DocParam_Path, folder.value);
+  SetFilenameParam(document, DocParam_File, leaf.value);
   SetInt32Param(document, kDocumentSessionParam, 1);
   SetInt32Param(document, kDocumentLoaderParam, kDocumentLoaderValue);
 }

@@ -8,19 +8,17 @@
 #include <png.h>
 
 #include <cmath>
-#include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/support/loopback_listener.h"
 #include "tests/support/plane_scene.h"
-#include "tests/support/run_command.h"
+#include "tests/support/session_script.h"
 
 namespace {
 
 using qae_test::PlaneSceneJson;
-using qae_test::RunCommand;
+using qae_test::Lines;
 
 constexpr int kWidth = 400;
 constexpr int kHeight = 200;
@@ -68,32 +66,11 @@ bool LineIsClear(const Picture& picture, int y) {
   return true;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
-class RenderSession : public testing::Test {
+class RenderSession : public qae_test::SessionScriptTest {
  protected:
-  void SetUp() override {
-    dir_ = qae_test::MakeTempDir("render_session");
-    scene_ = dir_ + "/plane.ory";
-    qae_test::WriteFile(dir_ + "/plane.json", PlaneSceneJson());
-    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/plane.json", "--output", scene_});
-    ASSERT_EQ(built.exitCode, 0) << built.err;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
+  RenderSession() : SessionScriptTest("render_session") {}
 
-  // Runs `script` with the plug-in and engine of the build.
-  qae_test::CommandResult Run(const std::string& script, const std::vector<std::string>& env = {}) {
-    qae_test::WriteFile(dir_ + "/run.session", script);
-    return RunCommand(qae_test::AehostPath(), {"session", dir_ + "/run.session"}, env);
-  }
-
-  std::string dir_;
-  std::string scene_;
+  const std::string scene_ = BuildScene("plane", PlaneSceneJson());
 };
 
 TEST_F(RenderSession, RendersThePlaneToThePixelAndASecondPrepareRendersNothing) {
@@ -180,7 +157,7 @@ TEST_F(RenderSession, AMissingPictureIsListedBeforeTheResultLine) {
                                "params": [{"id": "BitmapShaderParam_File", "filename": "/nonexistent/wood.png"}]}]})");
   qae_test::WriteFile(dir_ + "/missing.json", json);
   const std::string scene = dir_ + "/missing.ory";
-  ASSERT_EQ(RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/missing.json", "--output", scene}).exitCode, 0);
+  ASSERT_EQ(qae_test::RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/missing.json", "--output", scene}).exitCode, 0);
   const auto run = Run("select 1\nopen " + scene + "\nprepare 400 200 1\nwait\n");
   ASSERT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(Lines(run.out).back(), "wait: idle, result 2, progress 1, stage 3");

@@ -10,17 +10,14 @@
 // bump channel (5).
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "quillon/render/png_file.h"
 #include "tests/support/plane_scene.h"
-#include "tests/support/run_command.h"
+#include "tests/support/session_script.h"
 
 namespace {
-
-using qae_test::RunCommand;
 
 // The red material shows "wood.png"; the second is on no object.
 constexpr char kTexturedMaterialsJson[] = R"([
@@ -43,49 +40,29 @@ std::string GreenPng() {
   return bytes;
 }
 
-bool PixelIs(const Bitmap& picture, int x, int y, float r, float g, float b) {
-  const auto at = static_cast<std::size_t>((y * picture.width + x) * 3);
-  return picture.samples[at] == r && picture.samples[at + 1] == g && picture.samples[at + 2] == b;
-}
-
-class RenderSessionTexture : public testing::Test {
+class RenderSessionTexture : public qae_test::SessionScriptTest {
  protected:
-  void SetUp() override {
-    dir_ = qae_test::MakeTempDir("render_session_texture");
-    scene_ = dir_ + "/plane.ory";
-    qae_test::WriteFile(dir_ + "/plane.json", qae_test::PlaneSceneJson(kTexturedMaterialsJson));
-    qae_test::WriteFile(dir_ + "/green.png", GreenPng());
-    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/plane.json", "--output", scene_});
-    ASSERT_EQ(built.exitCode, 0) << built.err;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-
-  qae_test::CommandResult Run(const std::string& script) {
-    qae_test::WriteFile(dir_ + "/run.session", script);
-    return RunCommand(qae_test::AehostPath(), {"session", dir_ + "/run.session"});
-  }
+  RenderSessionTexture() : SessionScriptTest("render_session_texture") {}
+  void SetUp() override { qae_test::WriteFile(dir_ + "/green.png", GreenPng()); }
 
   // Renders after `steps` and checks the frame: the plane's block green, the rest black.
   void ExpectGreenPlane(const std::string& steps) {
     const std::string frame = dir_ + "/frame.png";
     const auto run = Run("select 1\n" + steps + "prepare 400 200 1\nwait\nread " + frame + "\n");
     ASSERT_EQ(run.exitCode, 0) << run.err;
-    Bitmap picture;
-    std::string error;
-    ASSERT_TRUE(quillon::render::DecodePngFile(frame, &picture, &error)) << error;
+    const Bitmap picture = ReadFrame(frame);
     ASSERT_EQ(picture.width, 400);
     ASSERT_EQ(picture.height, 200);
     int wrong = 0;
     for (int y = 0; y < 200; ++y)
       for (int x = 0; x < 400; ++x) {
         const bool inside = x >= 100 && x <= 299 && y >= 50 && y <= 149;
-        if (!PixelIs(picture, x, y, 0.0f, inside ? 1.0f : 0.0f, 0.0f)) ++wrong;
+        if (!qae_test::PixelIs(picture, x, y, 0.0f, inside ? 1.0f : 0.0f, 0.0f)) ++wrong;
       }
     EXPECT_EQ(wrong, 0);
   }
 
-  std::string dir_;
-  std::string scene_;
+  const std::string scene_ = BuildScene("plane", qae_test::PlaneSceneJson(kTexturedMaterialsJson));
 };
 
 TEST_F(RenderSessionTexture, APictureSentBeforeTheOpenIsShownByTheMaterialThatNamesIt) {

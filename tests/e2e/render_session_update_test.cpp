@@ -10,17 +10,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "quillon/render/png_file.h"
-#include "tests/support/run_command.h"
+#include "tests/support/session_script.h"
 
 namespace {
 
-using qae_test::RunCommand;
+using qae_test::Lines;
 
 constexpr int kWidth = 400;
 constexpr int kHeight = 200;
@@ -147,34 +144,9 @@ int PixelsOff(const Picture& picture, const std::vector<Block>& blocks) {
   return off;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
-class RenderSessionUpdate : public testing::Test {
+class RenderSessionUpdate : public qae_test::SessionScriptTest {
  protected:
-  void SetUp() override {
-    dir_ = qae_test::MakeTempDir("render_session_update");
-    scene_ = Build("plane", PlaneSceneJson());
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-
-  // A scene file from a description; the test stops when orytool refuses it.
-  std::string Build(const std::string& name, const std::string& json) {
-    const std::string path = dir_ + "/" + name + ".ory";
-    qae_test::WriteFile(dir_ + "/" + name + ".json", json);
-    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/" + name + ".json", "--output", path});
-    EXPECT_EQ(built.exitCode, 0) << built.err;
-    return path;
-  }
-
-  qae_test::CommandResult Run(const std::string& script) {
-    qae_test::WriteFile(dir_ + "/run.session", script);
-    return RunCommand(qae_test::AehostPath(), {"session", dir_ + "/run.session"});
-  }
+  RenderSessionUpdate() : SessionScriptTest("render_session_update") {}
 
   // Opens `scene`, renders it once, runs `steps`, renders again and reads the frame.
   Picture RenderAfter(const std::string& scene, const std::string& steps) {
@@ -182,63 +154,57 @@ class RenderSessionUpdate : public testing::Test {
     const auto run = Run("select 1\nopen " + scene + "\nprepare 400 200 1\nwait\n" + steps +
                          "prepare 400 200 1\nwait\nread " + frame + "\n");
     EXPECT_EQ(run.exitCode, 0) << run.err;
-    Picture picture;
-    std::string error;
-    EXPECT_TRUE(quillon::render::DecodePngFile(frame, &picture.colour, &error)) << error;
-    EXPECT_EQ(picture.colour.width, kWidth);
-    EXPECT_EQ(picture.colour.height, kHeight);
-    return picture;
+    return Picture{ReadFrame(frame)};
   }
 
-  std::string dir_;
-  std::string scene_;
+  const std::string scene_ = BuildScene("plane", PlaneSceneJson());
 };
 
 TEST_F(RenderSessionUpdate, ACameraUpdate100UnitsRightMovesTheBlock100ColumnsLeft) {
-  const std::string camera = Build("camera", UpdateJson(CameraJson(100)));
+  const std::string camera = BuildScene("camera", UpdateJson(CameraJson(100)));
   const Picture picture = RenderAfter(scene_, "update __updc " + camera + "\n");
   EXPECT_EQ(PixelsOff(picture, {{0, 200, 50, 150, kRed}}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ATimeUpdateToOneSecondShowsTheBluePlaneWhereTheRedOneWas) {
-  const std::string keyed = Build("keyed", KeyedSceneJson());
+  const std::string keyed = BuildScene("keyed", KeyedSceneJson());
   EXPECT_EQ(PixelsOff(RenderAfter(keyed, ""), {kPlaneBlock}), 0);
-  const std::string time = Build("time", UpdateJson("", "", R"({"current_time": [1, 1]})"));
+  const std::string time = BuildScene("time", UpdateJson("", "", R"({"current_time": [1, 1]})"));
   EXPECT_EQ(PixelsOff(RenderAfter(keyed, "update __updt " + time + "\n"), {{100, 300, 50, 150, kBlue}}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ALayerUpdateWithNoLayersAndObjectsOnNoLayerHiddenGivesAnEmptyFrame) {
   const std::string layers =
-      Build("layers", UpdateJson("", "", R"({"params": [{"id": 1029194, "container": [
+      BuildScene("layers", UpdateJson("", "", R"({"params": [{"id": 1029194, "container": [
                                                {"id": 1000, "int32": 0}, {"id": 1001, "bool": false}]}]})"));
   EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __updl " + layers + "\n"), {}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ADifferenceReplacesTheMaterialByUniqueIdAndThePlaneTurnsBlue) {
-  const std::string difference = Build("blue", UpdateJson("", MaterialJson("new", "red", "[0, 0, 1]")));
+  const std::string difference = BuildScene("blue", UpdateJson("", MaterialJson("new", "red", "[0, 0, 1]")));
   EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __upds7 " + difference + "\n"), {{100, 300, 50, 150, kBlue}}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ADifferenceWithDeleteRemovesThePlane) {
-  const std::string difference = Build("delete", UpdateJson(PlaneJson("---delete", "plane", 0, 1, 1, "")));
+  const std::string difference = BuildScene("delete", UpdateJson(PlaneJson("---delete", "plane", 0, 1, 1, "")));
   EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __upds7 " + difference + "\n"), {}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ADifferenceWithANewIdInsertsASecondPlane) {
-  const std::string difference = Build("second", UpdateJson(PlaneJson("Second", "plane2", 150, 100, 50, "")));
+  const std::string difference = BuildScene("second", UpdateJson(PlaneJson("Second", "plane2", 150, 100, 50, "")));
   const Picture picture = RenderAfter(scene_, "update __upds7 " + difference + "\n");
   EXPECT_EQ(PixelsOff(picture, {kPlaneBlock, {300, 400, 75, 125, kGrey}}), 0);
 }
 
 TEST_F(RenderSessionUpdate, ADifferenceForAnotherApplicationKnowsNoIdAndInsertsTheMaterialBeside) {
   // Application 8 gave no ids: the blue material is new, and the plane stays red.
-  const std::string difference = Build("other", UpdateJson("", MaterialJson("new", "red", "[0, 0, 1]")));
+  const std::string difference = BuildScene("other", UpdateJson("", MaterialJson("new", "red", "[0, 0, 1]")));
   EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __upds8 " + difference + "\n"), {kPlaneBlock}), 0);
 }
 
 TEST_F(RenderSessionUpdate, UpdsWithoutANumberIsAWholeDocumentInPlaceOfTheOpenOne) {
   const std::string other =
-      Build("other", R"({"objects": [)" + CameraJson(0) + ", " + PlaneJson("Second", "plane2", 150, 100, 50, "") +
+      BuildScene("other", R"({"objects": [)" + CameraJson(0) + ", " + PlaneJson("Second", "plane2", 150, 100, 50, "") +
                          R"(], "views": [{"scene_camera": "cam", "editor_camera": null}], "render_view": 0})");
   EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __upds " + other + "\n"), {{300, 400, 75, 125, kGrey}}), 0);
   EXPECT_EQ(PixelsOff(RenderAfter(scene_, "update __upds0 " + other + "\n"), {{300, 400, 75, 125, kGrey}}), 0);
@@ -287,9 +253,8 @@ TEST_F(RenderSessionUpdate, DirectOperationsAndWhetherTheyMakeThePictureOutOfDat
                             "layers objects-on -> dirty",
                             "camera-values 100 0 0 0 0 0 0 0 0 0 -> dirty",
                         }));
-  Picture picture;
-  std::string error;
-  ASSERT_TRUE(quillon::render::DecodePngFile(frame, &picture.colour, &error)) << error;
+  const Picture picture{ReadFrame(frame)};
+  ASSERT_EQ(picture.colour.samples.size(), static_cast<std::size_t>(kWidth * kHeight * 3));
   EXPECT_EQ(PixelsOff(picture, {{0, 200, 50, 150, kRed}}), 0);
 }
 
@@ -301,7 +266,7 @@ TEST_F(RenderSessionUpdate, CameraValuesTakeTheAnimationOfTheCameraAway) {
   camera.insert(camera.size() - 1, R"(, "tracks": [{"path": [[903, 23], [1000, 19]], "curve": {"keys": [
                     {"time": [0, 1], "value": 0}, {"time": [1, 1], "value": 200}]}}])");
   const std::string animated =
-      Build("animated", R"({"objects": [)" + camera + ", " + PlaneJson("Plane", "plane", 0, 200, 100, "") +
+      BuildScene("animated", R"({"objects": [)" + camera + ", " + PlaneJson("Plane", "plane", 0, 200, 100, "") +
                             R"(], "views": [{"scene_camera": "cam", "editor_camera": null}], "render_view": 0})");
   const Block grey{100, 300, 50, 150, kGrey};
   EXPECT_EQ(PixelsOff(RenderAfter(animated, "time 1 1\n"), {{0, 100, 50, 150, kGrey}}), 0);
@@ -325,7 +290,7 @@ TEST_F(RenderSessionUpdate, AnObjectSelectedByUniqueIdMovesAsTheActiveOne) {
 }
 
 TEST_F(RenderSessionUpdate, OperationsWithoutADocumentAreRefused) {
-  const std::string camera = Build("camera", UpdateJson(CameraJson(100)));
+  const std::string camera = BuildScene("camera", UpdateJson(CameraJson(100)));
   for (const std::string& line : {"update __updc " + camera, std::string("time 1 1"), std::string("layers objects-on"),
                                   std::string("object-scale ") + kPlaneMarker + " 1 1 1"}) {
     const auto run = Run("select 1\n" + line + "\n");

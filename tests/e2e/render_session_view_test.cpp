@@ -11,63 +11,24 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "quillon/render/png_file.h"
 #include "tests/support/plane_scene.h"
-#include "tests/support/run_command.h"
+#include "tests/support/session_script.h"
 
 namespace {
 
-using qae_test::RunCommand;
+using qae_test::Lines;
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
+bool IsRed(const Bitmap& picture, int x, int y) { return qae_test::PixelIs(picture, x, y, 1.0f, 0.0f, 0.0f); }
+bool IsBlack(const Bitmap& picture, int x, int y) { return qae_test::PixelIs(picture, x, y, 0.0f, 0.0f, 0.0f); }
 
-bool IsRed(const Bitmap& picture, int x, int y) {
-  const auto at = static_cast<std::size_t>((y * picture.width + x) * 3);
-  return picture.samples[at] == 1.0f && picture.samples[at + 1] == 0.0f && picture.samples[at + 2] == 0.0f;
-}
-
-bool IsBlack(const Bitmap& picture, int x, int y) {
-  const auto at = static_cast<std::size_t>((y * picture.width + x) * 3);
-  return picture.samples[at] == 0.0f && picture.samples[at + 1] == 0.0f && picture.samples[at + 2] == 0.0f;
-}
-
-class RenderSessionView : public testing::Test {
+class RenderSessionView : public qae_test::SessionScriptTest {
  protected:
-  void SetUp() override {
-    dir_ = qae_test::MakeTempDir("render_session_view");
-    scene_ = dir_ + "/plane.ory";
-    qae_test::WriteFile(dir_ + "/plane.json", qae_test::PlaneSceneJson());
-    const auto built = RunCommand(qae_test::OrytoolPath(), {"build", dir_ + "/plane.json", "--output", scene_});
-    ASSERT_EQ(built.exitCode, 0) << built.err;
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
+  RenderSessionView() : SessionScriptTest("render_session_view") {}
 
-  qae_test::CommandResult Run(const std::string& script) {
-    qae_test::WriteFile(dir_ + "/run.session", script);
-    return RunCommand(qae_test::AehostPath(), {"session", dir_ + "/run.session"});
-  }
-
-  Bitmap ReadFrame(const std::string& path) {
-    Bitmap picture;
-    std::string error;
-    EXPECT_TRUE(quillon::render::DecodePngFile(path, &picture, &error)) << error;
-    EXPECT_EQ(picture.width, 400);
-    EXPECT_EQ(picture.height, 200);
-    return picture;
-  }
-
-  std::string dir_;
-  std::string scene_;
+  const std::string scene_ = BuildScene("plane", qae_test::PlaneSceneJson());
 };
 
 TEST_F(RenderSessionView, FrameViewBacksTheCameraOffUntilThePlaneFillsTheFrameHeight) {

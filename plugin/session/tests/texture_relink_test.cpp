@@ -130,7 +130,7 @@ TEST_F(TextureRelink, ASendIntoAnOpenSessionRelinksAtOnceAndAClosedOneWaits) {
 TEST_F(TextureRelink, TheListsNameThePicturesAsNamedAndAsPaths) {
   Channel(0, "wood.png");
   Channel(5, "/maps/bump.png");
-  SetFileParam(render->document, kDocumentFolderParam, "/scenes");
+  SetFileParam(render->document, DocParam_Path, "/scenes");
   OwnedContainer textures;
   EXPECT_FALSE(quillon::CollectTextures(*render, &textures.value));  // not open yet
   render->sessionOpen = true;
