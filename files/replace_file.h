@@ -38,6 +38,7 @@ class FileReplacement {
 
  private:
   bool Failed(int code);
+  void StartWriteBack();
   void Abandon();
 
   std::unique_lock<std::mutex> lock_;
@@ -47,6 +48,8 @@ class FileReplacement {
   std::optional<PendingTemp> pending_;
   int fd_ = -1;
   int problem_ = 0;
+  std::uint64_t appended_ = 0;       // bytes appended so far
+  std::uint64_t writeBackFrom_ = 0;  // where the disk has not yet been asked to take them
 };
 
 // What ReplaceFileContent checks before it writes: that `path` is a regular file or a missing

@@ -9,7 +9,7 @@ packages=(
   clang libclang-rt-dev          # libFuzzer and the sanitizer runtimes
   libjsoncpp-dev duktape-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  zlib1g-dev                     # checksums of scene files
+  zlib1g-dev libdeflate-dev      # checksums of scene files
   libpng-dev                     # the PNG previews of orytool render and of rendered bitmaps
   libfontconfig-dev libfreetype-dev fonts-dejavu-core  # the font catalogue of the text export, and fonts its tests know
   libtinygltf-dev libglu1-mesa-dev  # orytool gltf: the glTF writer and the tessellator of spline faces

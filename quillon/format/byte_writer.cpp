@@ -54,11 +54,11 @@ void ByteWriter::String16(const std::u16string& text) {
 }
 
 void ByteWriter::Raw(const void* data, std::size_t size) {
-  if (!sink || bytes.size() + size < kBufferBytes) {
+  if (!sink || size < kBufferBytes) {
     Put(data, size);
     return;
   }
-  // A large block goes to the sink as it is instead of through the buffer.
+  // A block as large as the buffer goes to the sink as it is instead of through the buffer.
   Flush();
   sink->Append(static_cast<const std::uint8_t*>(data), size);
   handed += size;
@@ -66,9 +66,8 @@ void ByteWriter::Raw(const void* data, std::size_t size) {
 
 void ByteWriter::Flush() {
   if (!sink || bytes.empty()) return;
-  sink->Append(bytes.data(), bytes.size());
   handed += bytes.size();
-  bytes.clear();
+  sink->Hand(bytes);
 }
 
 void ByteWriter::Patch(std::uint64_t offset, const std::uint8_t* le, std::size_t size) {

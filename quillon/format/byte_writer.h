@@ -21,6 +21,12 @@ void StoreLittleEndian(std::uint8_t*& at, Word v) {
 struct ByteSink {
   virtual ~ByteSink() = default;
   virtual void Append(const std::uint8_t* data, std::size_t size) = 0;
+  // The writer's full buffer, which comes back empty: a sink that works on its own thread
+  // keeps the bytes and gives another buffer instead of making the writer wait for them.
+  virtual void Hand(std::vector<std::uint8_t>& buffer) {
+    Append(buffer.data(), buffer.size());
+    buffer.clear();
+  }
   // Only bytes that were written as zeros are rewritten, and only at the end of a file.
   virtual void Rewrite(std::uint64_t offset, const std::uint8_t* data, std::size_t size) = 0;
 };

@@ -1,5 +1,6 @@
 #include "quillon/format/file_frame.h"
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -33,18 +34,13 @@ std::string Printable(const std::uint8_t* p, std::size_t n) {
 
 }  // namespace
 
-std::uint32_t EmptyChecksum() { return static_cast<std::uint32_t>(crc32(0L, Z_NULL, 0)); }
+std::uint32_t EmptyChecksum() { return 0; }
 
+// The CRC-32 of zlib and gzip. libdeflate computes it with the processor's carry-less
+// multiply, two to three times as fast as zlib's tables, which the writer of a large scene
+// file would otherwise wait on; the sums are the same.
 std::uint32_t AddToChecksum(std::uint32_t checksum, const std::uint8_t* data, std::size_t size) {
-  uLong crc = checksum;
-  // zlib takes 32-bit lengths: feed large bodies in pieces.
-  while (size > 0) {
-    const auto piece = static_cast<uInt>(std::min<std::size_t>(size, 1u << 30));
-    crc = crc32(crc, data, piece);
-    data += piece;
-    size -= piece;
-  }
-  return static_cast<std::uint32_t>(crc);
+  return libdeflate_crc32(checksum, data, size);
 }
 
 // The checksum is linear over bodies of one length: the sum of a body with some zeros
@@ -58,7 +54,7 @@ std::uint32_t ChecksumAfterRewrite(std::uint32_t checksum, const std::uint8_t* d
   for (std::size_t at = 0; at < size; at += sizeof kZeros) {
     const std::size_t n = std::min(size - at, sizeof kZeros);
     // Rewritten bytes against zeros, piece by piece, each piece carried past the pieces after it.
-    const uLong piece = crc32(0L, data + at, static_cast<uInt>(n)) ^ crc32(0L, kZeros, static_cast<uInt>(n));
+    const uLong piece = AddToChecksum(0, data + at, n) ^ AddToChecksum(0, kZeros, n);
     change ^= static_cast<std::uint32_t>(crc32_combine(piece, 0, static_cast<z_off_t>(size - at - n + bytesAfter)));
   }
   return checksum ^ change;

@@ -4,6 +4,10 @@
 // object names a layer, and the layers follow all objects in the file.
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -117,6 +121,37 @@ TEST(LargeDocument, DamageAnywhereInTheStreamedBodyIsNamedByTheChecksum) {
   EXPECT_EQ(error, path.string() + ": byte 16: body length " + std::to_string(bytes.size() - 24) + " does not match the " +
                        std::to_string(bytes.size() - 25) + " bytes after the header: the file is truncated");
   std::filesystem::remove(path);
+}
+
+// The file stops taking bytes part way (the process may write no more than 3 MiB to a file)
+// while the encoder is still filling buffers for it: the write ends with the system's reason,
+// and the file it was to replace keeps its content, with nothing else left in its folder.
+TEST(LargeDocument, AFileThatStopsTakingBytesMidwayLeavesTheOldOne) {
+  const std::unique_ptr<Document> document = MakeLargeDocument();
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() /
+                                       ("ory_limit_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                                        "_" + std::to_string(::getpid()));
+  std::filesystem::create_directories(folder);
+  const std::string path = (folder / "scene.ory").string();
+  std::ofstream(path) << "old";
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const rlimit limit{3 << 20, 3 << 20};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    std::string error;
+    const bool written = WriteDocument(*document, path, &error);
+    ::_exit(!written && error == path + ": cannot write: File too large" ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+  std::ifstream in(path);
+  EXPECT_EQ(std::string((std::istreambuf_iterator<char>(in)), {}), "old");
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+  EXPECT_EQ(names, std::vector<std::string>{"scene.ory"});
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace
