@@ -56,6 +56,12 @@ Track::~Track() {
   if (curve) curve->track = nullptr;
 }
 
+// A key that holds anything else must keep its node, or what it holds is lost when the key
+// goes back into the arrays: a new field of a node or a key needs its test here. The sizes
+// (of this platform's build) make a new field fail the build until this is looked at.
+static_assert(sizeof(void*) != 8 || (sizeof(Node) == 248 && sizeof(Key) == 296),
+              "Node or Key has a new field: say in IsPlainKey whether a key holding it is plain, then update the sizes");
+
 bool IsPlainKey(const Key& key) {
   return key.name.empty() && key.infoBits == 0 && key.linkId == 0 && key.layerId == 0 && key.params.empty() &&
          (!key.trackRoot || !key.trackRoot->firstChild) && key.data.kind() == DataKind_Empty &&
